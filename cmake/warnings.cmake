@@ -1,0 +1,3 @@
+add_library(halcyrane_warnings INTERFACE)
+target_compile_options(halcyrane_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual)

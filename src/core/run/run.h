@@ -1,0 +1,58 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+
+#include "platform/types.h"
+#include "shell/run_stop.h"
+
+namespace hcr {
+
+// The run driver. The window thread (or the headless face) starts a run thread and serves two messages.
+
+enum class WindowMessage : u32 {
+    none = 0,
+    startRun = 0x8001,  ///< start a new run thread; it replaces the last one, which is joined
+    endProgram = 0x8002,  ///< save the window's position, end the message loop with gExitCode
+};
+/// Posts to the window thread; any thread.
+void gf_postToWindow(WindowMessage message);
+/// Takes the oldest message, waiting up to the time for one; `none` when there is none. Window thread.
+WindowMessage gf_takeWindowMessage(i64 milliseconds);
+
+extern bool gRestart;        ///< close-down decided on a new run
+extern i32 gExitCode;        ///< of the process
+extern bool gProduction;     ///< --production: the run ends behind the data load
+extern u32 gSeconds;         ///< seconds since the worker loop began, wraps to 0 at 86400
+extern bool gFlightStopped;  ///< the flight is not running now
+extern i32 gNotRunningCycles;
+
+// Commands of the window thread, each taken by the tick.
+extern std::atomic<bool> gFlushStaticCmd, gReReadCmd, gRefreshCsListCmd, gShowSelectionCmd, gBlockCmd,
+    gClearNoMatchCmd;
+
+/// Entry of a run.
+void gf_runThread();
+void gf_loadAtStart();
+void gf_runWorker();
+bool gf_waitForFlight();
+/// Once per 10 ms cycle; false ends the cycle.
+bool gf_tick();
+void lf_handleAddingStack();
+void gf_everySecond();
+void gf_every15Seconds();
+void gf_flightNotRunning();
+void lf_closingDown();
+void gf_showRestartCountdown();
+void gf_resetRun();
+const char* gf_exitReasonText(ExitReason reason);
+/// Names of all callsigns for the window's selector, as of the last "cs->oid:".
+std::string gf_callsignList();
+
+/// Worst and count of worker cycles since the worker began, microseconds; for the summary.
+struct CycleStats {
+    std::atomic<i64> cycles{0}, worstUs{0}, lateCycles{0};
+};
+extern CycleStats gCycleStats;
+
+}  // namespace hcr

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/model/aircraft.h"
+
+namespace hcr {
+
+/// Decides whether an aircraft in `buffer` goes to the simulator now; once per cycle.
+void lf_spawnCheck(LiveAc& ac);
+/// Livery, state and place of an aircraft that is to be created; puts it on gAddingStack.
+void spawnLiveAc(LiveAc& ac);
+
+}  // namespace hcr

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "liveries/livery_data.h"
+
+namespace hcr {
+
+// What a livery scan leaves behind and what every run makes of it. Run thread.
+
+void gf_writeScannedLiveries();
+/// The file into the scan list. Throws UserErrorException 51, 52, 533, 999.
+void gf_readScannedLiveries();
+/// The whole loading; skipped when the tables are loaded. Throws what gf_readScannedLiveries throws.
+void gf_loadScanResults();
+/// Corrects the scan list from the registration records.
+void gf_applyDbaseToLiveries();
+/// Empties everything that gf_loadScanResults built and clears the loaded flag.
+void gf_clearLiveryTables();
+void gf_prepareLiveryTables();
+/// View of the indexed title that equals this one, empty when there is none.
+std::string_view gf_findTitle(std::string_view title);
+/// Sorts the scan list by airline, type, title.
+void gf_sortScanList();
+bool gf_liveryTablesLoaded();
+
+}  // namespace hcr

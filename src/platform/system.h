@@ -1,0 +1,45 @@
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/types.h"
+
+namespace hcr {
+
+/// The user's roaming application data: %APPDATA%, or $XDG_CONFIG_HOME (default ~/.config).
+std::filesystem::path gf_roamingFolder();
+/// The user's local application data: %LOCALAPPDATA%, or $XDG_DATA_HOME (default ~/.local/share).
+std::filesystem::path gf_localFolder();
+/// The folder of the running executable.
+std::filesystem::path gf_programFolder();
+
+/// Opens a file or folder in the user's file manager or viewer; false when that couldn't be started.
+bool gf_openForUser(const std::filesystem::path& path);
+/// Shows a text that the user must see although there is no window yet: a message box, or standard error.
+void gf_showAlert(const std::string& title, const std::string& text);
+/// Takes the machine-wide mark of one running instance; false when another process holds it.
+bool gf_claimSingleInstance(const std::string& name);
+/// True when the process runs with an administrator's rights.
+bool gf_isElevated();
+/// Command-line arguments as UTF-8, without the program's name.
+std::vector<std::string> gf_arguments(int argc, char** argv);
+/// Makes standard output show UTF-8.
+void gf_prepareConsole();
+/// Sets `flag` when the user ends the process from outside (SIGINT, SIGTERM, console closed).
+void gf_onTerminate(std::atomic<bool>& flag);
+
+/// Text of a path in the narrow code page that the simulator's library expects.
+std::string gf_narrowPath(const std::filesystem::path& path);
+/// Decodes bytes of the system's code page (Windows-1252 where there is none) to UTF-8. Strict: nothing when a byte
+/// has no meaning; tolerant: such a byte becomes U+FFFD.
+std::optional<std::string> gf_decodeCodePage(std::string_view bytes, bool strict);
+
+/// Resident memory of this process in bytes, 0 where it can't be told.
+u64 gf_residentBytes();
+
+}  // namespace hcr

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "platform/types.h"
+
+namespace hcr {
+
+// Log.txt. Every function may be called from any thread; one line is one unit. While the log isn't open all calls do
+// nothing. Lines are passed without their line feed.
+
+/// Keeps three generations of the file and opens it anew, with its first line. Throws std::runtime_error
+/// "Failed to write file " and the path. `path` is relative to the working folder.
+void gf_openLog(const std::filesystem::path& path = "Log.txt");
+/// Flushes and closes; for tests and for the end of the process.
+void gf_closeLog();
+
+void gf_log(std::string_view line);
+void gf_logFlush();
+/// Marks the line with "==> " and flushes: for failures that somebody will look for.
+void gf_logError(std::string_view line);
+/// gf_log unless a stop was asked for.
+void gf_logIfRunning(std::string_view line);
+
+/// A line of stars around `text`; see the width rule in the definition. Writes nothing.
+std::string gf_logBanner(i32 width, i32 extra, bool lineFeedBefore, bool lineFeedAfter, std::string_view text);
+/// Head and foot of a section of the log, 80 stars wide around the word and without one.
+inline constexpr i32 kLogSectionWidth = 80;
+inline constexpr i32 kLogSectionHeadWidth = 70;
+
+}  // namespace hcr

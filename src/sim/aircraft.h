@@ -1,0 +1,51 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "core/model/aircraft.h"
+#include "core/model/sim_requests.h"
+#include "sim/sim_message.h"
+
+namespace hcr {
+
+// Everything that the program does to an aircraft inside the simulator. Worker thread; each call takes gSimMutex for
+// the time of its push, but for gf_setFreeze.
+
+void gf_queueCreate(AiCreateRequest request);
+void removeAircraftFromSim(ParkedAc& ac);
+void gf_engineStart(u32 objectId);
+void gf_engineStop(u32 objectId);
+
+struct Lights {
+    u32 nav = 0, beacon = 0, landing = 0, taxi = 0, strobes = 0, logo = 0, cabin = 0;
+};
+void gf_setLights(u32 objectId, const Lights& lights);
+void gf_setNavLight(u32 objectId, bool on);
+void gf_setCabinLight(u32 objectId, bool on);
+void gf_setGear(const ParkedAc& ac, bool down);
+void gf_setSpoilers(const ParkedAc& ac, bool on);
+void gf_setFlaps(ParkedAc& ac, i32 index);
+void gf_setThrottle(ParkedAc& ac, i32 index);
+void gf_applyParkedState(ParkedAc& ac);
+/// Queues the three freeze events. SimClient, with gSimMutex held by the caller.
+void gf_setFreeze(u32 objectId);
+/// At once, not queued.
+void gf_allLightsToggle(u32 objectId);
+/// Writes definition 401 at once: spoilers handle and both thrust levers in percent.
+void gf_writeThrottleSpoilers(u32 objectId, f64 spoilers, f64 lever1, f64 lever2);
+
+/// Objects that exist but aren't active yet; counted up once per pass.
+extern std::vector<SimMessage> gPendingObjects;
+/// One pass of the waiting list: lights at 50 and 100, initial state and active at 200.
+void gf_passPendingObjects();
+/// A title was refused by the simulator: remembers it; throws UserErrorException 81 at the twentieth.
+void gf_onCreateFailed(const ParkedAc& ac);
+
+/// The object selected in the window; 0 = none.
+extern std::atomic<u32> gSelectedObject;
+
+}  // namespace hcr

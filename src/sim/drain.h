@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "core/model/sim_requests.h"
+
+namespace hcr {
+
+// The queues between worker and simulator thread, all under gSimMutex. The worker alone writes gPosQueueBack between
+// two swaps, without the lock.
+
+extern std::vector<PositionCommand> gPosQueueFront;  ///< read by the drain
+extern std::vector<PositionCommand> gPosQueueBack;   ///< written by the worker
+extern std::vector<EventCommand> gEventQueue;
+extern std::vector<AiCreateRequest> gCreateQueue;
+extern std::vector<u32> gRemovalQueue;
+extern std::vector<PendingCreate> gPendingCreates;
+
+/// Reserves 256 entries each and empties them.
+void gf_resetQueues();
+/// The work of one Frame event. SimClient.
+void gf_drainQueues();
+/// Hands the written positions over: swaps when the lock is free, or waits for it above 50 frames per second, else
+/// drops them. Worker, once per cycle.
+void gf_swapPositionBuffers();
+/// Empties both position buffers; when a flight stops. Worker.
+void gf_clearPositionBuffers();
+/// Moves one removal every 10th tick and one creation every 50th tick from the engine's paced queues to the
+/// simulator's. Worker. True on a tick of the creations.
+bool gf_paceQueues(i32 tick);
+
+}  // namespace hcr

@@ -1,0 +1,12 @@
+#pragma once
+
+// The system's headers in the one order that works, without the macros that collide with ours.
+
+#define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+
+#include <winsock2.h>
+#include <ws2tcpip.h>
+#include <windows.h>

@@ -1,0 +1,257 @@
+#include "shell/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/system.h"
+
+namespace hcr {
+namespace {
+
+constexpr char32_t kLastCodePoint = 0x10FFFF;
+constexpr char32_t kFirstBeyondBmp = 0x10000;
+constexpr char32_t kHighSurrogate = 0xD800, kLowSurrogate = 0xDC00, kBehindSurrogates = 0xE000;
+
+[[noreturn]] void lf_failUtf8() {
+    throw std::runtime_error("utf8_to_wide: invalid UTF-8");
+}
+
+[[noreturn]] void lf_failUtf16() {
+    throw std::runtime_error("wide_to_utf8: invalid UTF-16");
+}
+
+bool lf_isSurrogate(char32_t c) {
+    return c >= kHighSurrogate && c < kBehindSurrogates;
+}
+
+/// The code point that begins at `place`, which moves behind it. Refuses overlong forms, surrogates and what lies
+/// beyond the last code point.
+char32_t lf_takeUtf8(std::string_view text, std::size_t& place) {
+    const auto lead = static_cast<u8>(text[place++]);
+    if (lead < 0x80) return lead;
+    std::size_t more = 0;
+    char32_t c = 0, smallest = 0;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        more = 1, c = lead & 0x1FU, smallest = 0x80;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        more = 2, c = lead & 0x0FU, smallest = 0x800;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        more = 3, c = lead & 0x07U, smallest = kFirstBeyondBmp;
+    } else {
+        lf_failUtf8();
+    }
+    if (text.size() - place < more) lf_failUtf8();
+    for (; more > 0; --more) {
+        const auto next = static_cast<u8>(text[place++]);
+        if ((next & 0xC0U) != 0x80) lf_failUtf8();
+        c = c << 6U | (next & 0x3FU);
+    }
+    if (c < smallest || c > kLastCodePoint || lf_isSurrogate(c)) lf_failUtf8();
+    return c;
+}
+
+void lf_appendUtf8(std::string& out, char32_t c) {
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+        return;
+    }
+    if (c < 0x800) {
+        out += static_cast<char>(0xC0U | c >> 6U);
+    } else {
+        if (c < kFirstBeyondBmp) {
+            out += static_cast<char>(0xE0U | c >> 12U);
+        } else {
+            out += static_cast<char>(0xF0U | c >> 18U);
+            out += static_cast<char>(0x80U | (c >> 12U & 0x3FU));
+        }
+        out += static_cast<char>(0x80U | (c >> 6U & 0x3FU));
+    }
+    out += static_cast<char>(0x80U | (c & 0x3FU));
+}
+
+/// Code units of 16 bits, held in any type, to UTF-8.
+template <typename Unit>
+std::string lf_fromUtf16(std::basic_string_view<Unit> text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = static_cast<char32_t>(text[i]);
+        if (lf_isSurrogate(c)) {
+            if (c >= kLowSurrogate || i + 1 == text.size()) lf_failUtf16();
+            const auto low = static_cast<char32_t>(text[++i]);
+            if (low < kLowSurrogate || low >= kBehindSurrogates) lf_failUtf16();
+            c = kFirstBeyondBmp + ((c - kHighSurrogate) << 10U) + (low - kLowSurrogate);
+        }
+        lf_appendUtf8(out, c);
+    }
+    return out;
+}
+
+std::string lf_fromUtf32(std::wstring_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (const wchar_t unit : text) {
+        const auto c = static_cast<char32_t>(unit);
+        if (c > kLastCodePoint || lf_isSurrogate(c)) lf_failUtf16();
+        lf_appendUtf8(out, c);
+    }
+    return out;
+}
+
+void lf_checkUtf8(std::string_view text) {
+    for (std::size_t place = 0; place < text.size();) lf_takeUtf8(text, place);
+}
+
+// A path's own text is narrow or wide, as the system has it.
+[[maybe_unused]] std::string lf_nativeToUtf8(const std::wstring& native) {
+    return gf_wideToUtf8(native);
+}
+
+[[maybe_unused]] std::string lf_nativeToUtf8(const std::string& native) {
+    lf_checkUtf8(native);
+    return native;
+}
+
+constexpr std::array<std::pair<i32, const char*>, 49> kWinsockTexts = {{
+    {10004, "Interrupted system call"},
+    {10009, "Bad file number"},
+    {10013, "Permission denied"},
+    {10014, "Bad address"},
+    {10022, "Invalid argument"},
+    {10024, "Too many open sockets"},
+    {10035, "Operation would block"},
+    {10036, "Operation now in progress"},
+    {10037, "Operation already in progress"},
+    {10038, "Socket operation on non-socket"},
+    {10039, "Destination address required"},
+    {10040, "Messenger too long"},
+    {10041, "Protocol wrong type for socket"},
+    {10042, "Bad protocol option"},
+    {10043, "Protocol not supported"},
+    {10044, "Socket type not supported"},
+    {10045, "Operation not supported on socket"},
+    {10046, "Protocol family not supported"},
+    {10047, "Address family not supported"},
+    {10048, "Address already in use"},
+    {10049, "Can't assign requested address"},
+    {10050, "Network is down"},
+    {10051, "Network is unreachable"},
+    {10052, "Net connection reset"},
+    {10053, "Software caused connection abort"},
+    {10054, "Connection reset by peer"},
+    {10055, "No buffer space available"},
+    {10056, "Socket is already connected"},
+    {10057, "Socket is not connected"},
+    {10058, "Can't send numLines socket shutdown"},
+    {10059, "Too many references, can't splice"},
+    {10060, "Connection timed out"},
+    {10061, "Connection refused"},
+    {10062, "Too many levels of symbolic links"},
+    {10063, "File name too long"},
+    {10064, "Host is down"},
+    {10065, "No route to host"},
+    {10066, "Directory not empty"},
+    {10067, "Too many processes"},
+    {10068, "Too many users"},
+    {10069, "Disc quota exceeded"},
+    {10070, "Stale NFS file handle"},
+    {10071, "Too many levels of remote in path"},
+    {10091, "Network system is unavailable"},
+    {10092, "Winsock version out of range"},
+    {10093, "WSAStartup not yet called"},
+    {10101, "Graceful shutdown in progress"},
+    {11001, "Host not found"},
+    {11004, "No host data of that type was found"},
+}};
+
+}  // namespace
+
+std::wstring gf_utf8ToWide(std::string_view text) {
+    std::wstring out;
+    out.reserve(text.size());
+    for (std::size_t place = 0; place < text.size();) {
+        const char32_t c = lf_takeUtf8(text, place);
+        if (sizeof(wchar_t) == 2 && c >= kFirstBeyondBmp) {
+            out += static_cast<wchar_t>(kHighSurrogate + ((c - kFirstBeyondBmp) >> 10U));
+            out += static_cast<wchar_t>(kLowSurrogate + ((c - kFirstBeyondBmp) & 0x3FFU));
+        } else {
+            out += static_cast<wchar_t>(c);
+        }
+    }
+    return out;
+}
+
+std::string gf_wideToUtf8(std::wstring_view text) {
+    return sizeof(wchar_t) == 2 ? lf_fromUtf16(text) : lf_fromUtf32(text);
+}
+
+std::string gf_utf16ToUtf8(std::u16string_view text) {
+    return lf_fromUtf16(text);
+}
+
+std::filesystem::path gf_pathFromUtf8(std::string_view text) {
+    lf_checkUtf8(text);
+    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
+std::string gf_pathToUtf8(const std::filesystem::path& path) {
+    return lf_nativeToUtf8(path.native());
+}
+
+std::string gf_ansiToUtf8(std::string_view text) {
+    if (auto strict = gf_decodeCodePage(text, true)) return *std::move(strict);
+    return gf_decodeCodePage(text, false).value_or("");
+}
+
+std::string_view gf_trim(std::string_view text) {
+    constexpr const char* kBlanks = " \t\n\r";
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::vector<std::string_view> gf_split(std::string_view text, char separator) {
+    std::vector<std::string_view> pieces;
+    std::size_t begin = 0;
+    for (std::size_t end = text.find(separator); end != std::string_view::npos; end = text.find(separator, begin)) {
+        pieces.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    pieces.push_back(text.substr(begin));
+    return pieces;
+}
+
+std::vector<std::string_view> gf_splitCommas(std::string_view text) {
+    return gf_split(text, ',');
+}
+
+std::string gf_upper(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return out;
+}
+
+const char* gf_plural(u64 count) {
+    return count == 1 ? "" : "s";
+}
+
+i32 gf_percentage(i64 part, i64 whole) {
+    if (whole < 1) return 0;
+    constexpr f64 kLargest = 2'147'483'647.0;
+    const f64 percentage = std::round(100.0 * static_cast<f64>(part) / static_cast<f64>(whole));
+    return static_cast<i32>(std::clamp(percentage, -kLargest, kLargest));
+}
+
+std::string gf_winsockMessage(i32 code) {
+    const auto found = std::ranges::find(kWinsockTexts, code, &std::pair<i32, const char*>::first);
+    return fmt::format("{} {}", code, found == kWinsockTexts.end() ? "Unknown errror code" : found->second);
+}
+
+}  // namespace hcr

@@ -9,19 +9,12 @@
 #include <vector>
 
 #include "liveries/livery_data.h"
+#include "liveries/registrations.h"
 #include "platform/types.h"
 
 namespace hcr {
 
 // The reference data. Read once per process on the run thread, read-only afterwards (scan threads read too).
-
-/// A real airframe.
-struct DbaseRecord {
-    std::string airl;    ///< whose colours it wears
-    std::string type;    ///< ICAO type
-    std::string opr;     ///< operator that flies it in place of airl; wins when not empty
-    bool cargo = false;
-};
 
 using TextOrderedSet = std::set<std::string, std::less<>>;
 
@@ -38,13 +31,16 @@ extern std::array<f64, 6> classHalfSpan;
 extern f64 maxHalfSpan;
 extern TextMap<std::string> typeFixes;
 extern std::vector<AirportList> thirdParties20, thirdParties24;
-extern TextMap<DbaseRecord> dbaseRecords;
+extern RegistrationTable dbaseRecords;  ///< the real airframes
 extern TextMap<std::vector<std::string>> similarTypes;
 extern TextMap<TextMap<std::vector<std::string>>> similarForAirline;
 
 /// False if the file couldn't be parsed; throws std::runtime_error when it is missing or can't be deciphered, and
 /// UserErrorException 61.
 bool gf_readDbase();
+/// The tables from the text of a document, which is used up. Returns the parser's description of a fault, empty when
+/// all is well; the tables are then empty. Throws UserErrorException 61.
+std::string gf_readDbaseText(std::string text);
 /// Empties every table; for tests.
 void gf_forgetDbase();
 
@@ -53,13 +49,18 @@ bool gf_isAirline(std::string_view code);
 i32 gf_acClass(std::string_view type);
 /// Half wing span in nautical miles: the type's, else the mean of its class (0 for a class without any).
 f64 gf_halfSpanNm(std::string_view type);
+/// The spellings under which a registration may be stored, in the order in which they are to be tried.
 std::vector<std::string> gf_regcodeVariants(std::string_view registration);
 /// The record of a registration or null; the pointer is good for the process.
 const DbaseRecord* gf_dbaseRecord(std::string_view registration);
+/// The first registration, in the order of the table, that has 1 to 5 characters and occurs in the title.
 std::optional<std::string> gf_regcodeInTitle(std::string_view title);
+/// A copy of the list, shuffled with RANDOM on.
 std::vector<std::string> gf_shuffled(const std::vector<std::string>& list);
+/// Types whose generic liveries may stand in for this one. Run thread, like the two below.
 std::vector<std::string> gf_similarTypes(std::string_view type);
 std::vector<std::string> gf_similarForAirline(std::string_view airline, std::string_view type);
+/// Fills similarTypes and similarForAirline from the tables of the loaded liveries.
 void gf_buildSimilarTables();
 
 }  // namespace hcr

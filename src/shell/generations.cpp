@@ -74,8 +74,7 @@ bool gf_replaceFile(const fs::path& temporary, const fs::path& path) {
     std::error_code error;
     fs::rename(temporary, path, error);
     if (!error) return true;
-    gf_logError(
-        fmt::format("rename {} -> {} failed: {}", lf_shown(temporary), lf_shown(path), error.message()));
+    gf_logError(fmt::format("rename {} -> {} failed: {}", lf_shown(temporary), lf_shown(path), error.message()));
     fs::remove(temporary, error);
     return false;
 }

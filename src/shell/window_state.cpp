@@ -39,15 +39,15 @@ void gf_resetWindowState() {
     }
     gWindow.fitStatic = -1.0F;
     gWindow.fitLive = -1.0F;
-    for (std::atomic<u64>* count : {&gWindow.liveCount, &gWindow.parkedLiveCount, &gWindow.staticCount,
-                                    &gWindow.standCount}) {
+    for (std::atomic<u64>* count :
+         {&gWindow.liveCount, &gWindow.parkedLiveCount, &gWindow.staticCount, &gWindow.standCount}) {
         *count = 0;
     }
     gWindow.statusRowY = 399;
     for (std::atomic<i32>* number : {&gWindow.maxParkCount, &gWindow.qnh, &gWindow.updatesCount}) *number = 0;
-    for (std::atomic<bool>* flag : {&gWindow.handmade, &gWindow.rtConnected, &gWindow.airportFileOk,
-                                    &gWindow.simConnected, &gWindow.flightRunning, &gWindow.planSoft,
-                                    &gWindow.planWeek}) {
+    for (std::atomic<bool>* flag :
+         {&gWindow.handmade, &gWindow.rtConnected, &gWindow.airportFileOk, &gWindow.simConnected,
+          &gWindow.flightRunning, &gWindow.planSoft, &gWindow.planWeek}) {
         *flag = false;
     }
     gWindow.rtLampDark = true;

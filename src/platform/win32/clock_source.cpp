@@ -1,15 +1,15 @@
 #include "platform/clock_source.h"
 
+#include <timeapi.h>
+
 #include "platform/clock.h"
 #include "platform/win32/windows_header.h"
-
-#include <timeapi.h>
 
 namespace hcr {
 namespace {
 
-constexpr UINT kTimerPeriodMs = 1;                         // the worker's cycle of 10 ms needs it
-constexpr i64 kTicksFrom1601To1970 = 116444736000000000;   // FILETIME counts 100 ns since 1601
+constexpr UINT kTimerPeriodMs = 1;                        // the worker's cycle of 10 ms needs it
+constexpr i64 kTicksFrom1601To1970 = 116444736000000000;  // FILETIME counts 100 ns since 1601
 
 i64 lf_counterFrequency() {
     static const i64 frequency = [] {

@@ -7,6 +7,6 @@
 #define NOMINMAX
 #endif
 
+#include <windows.h>
 #include <winsock2.h>
 #include <ws2tcpip.h>
-#include <windows.h>

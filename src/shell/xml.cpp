@@ -1,0 +1,58 @@
+#include "shell/xml.h"
+
+#include <fstream>
+#include <string_view>
+
+#include "shell/generations.h"
+
+namespace hcr {
+namespace {
+
+constexpr const char* kIndent = "  ";
+
+void lf_setAttribute(pugi::xml_node node, const char* name, const char* value) {
+    pugi::xml_attribute attribute = node.attribute(name);
+    if (!attribute) attribute = node.append_attribute(name);
+    attribute.set_value(value);
+}
+
+void lf_completeDeclaration(pugi::xml_document& document) {
+    pugi::xml_node declaration = document.first_child();
+    if (declaration.type() != pugi::node_declaration) {
+        declaration = document.prepend_child(pugi::node_declaration);
+        declaration.set_name("xml");
+    }
+    lf_setAttribute(declaration, "version", "1.0");
+    lf_setAttribute(declaration, "encoding", "UTF-8");
+}
+
+}  // namespace
+
+bool gf_saveXmlDocument(pugi::xml_document& document, const std::filesystem::path& path) {
+    lf_completeDeclaration(document);
+    std::filesystem::path temporary = path;
+    temporary += ".part";
+    {
+        std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
+        if (!file) return false;
+        document.save(file, kIndent, pugi::format_indent, pugi::encoding_utf8);
+        file.close();
+        if (!file) {
+            std::error_code ignored;
+            std::filesystem::remove(temporary, ignored);
+            return false;
+        }
+    }
+    return gf_replaceFile(temporary, path);
+}
+
+pugi::xml_parse_result gf_loadXmlDocument(pugi::xml_document& document, const std::filesystem::path& path) {
+    return document.load_file(path.c_str());
+}
+
+pugi::xml_node gf_rootOf(const pugi::xml_document& document) {
+    const pugi::xml_node root = document.child("root");
+    return root ? root : document;
+}
+
+}  // namespace hcr

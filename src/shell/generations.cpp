@@ -14,15 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The path as far as it can be shown: a name that is no text must not turn a log line into an exception.
-std::string lf_shown(const fs::path& path) {
-    try {
-        return gf_pathToUtf8(path);
-    } catch (const std::exception&) {
-        return "(a name that is no text)";
-    }
-}
-
 /// The path with `zeros` before the last dot of its file name; nothing when that has no dot.
 std::optional<fs::path> lf_generationOf(const fs::path& path, const char* zeros) {
     const fs::path::string_type name = path.filename().native();
@@ -40,20 +31,20 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
     std::error_code error;
     const bool exists = fs::exists(source, error);
     if (error) {
-        gf_logError(fmt::format("exists({}): {}", lf_shown(source), error.message()));
+        gf_logError(fmt::format("exists({}): {}", gf_shownPath(source), error.message()));
         return false;
     }
     if (!exists) return true;
     fs::copy_file(source, target, fs::copy_options::overwrite_existing, error);
     if (!error) return true;
-    gf_logError(fmt::format("copy {} -> {} failed: {}", lf_shown(source), lf_shown(target), error.message()));
+    gf_logError(fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), error.message()));
     return false;
 }
 
 bool gf_save1GenerationOf(const fs::path& path) {
     const std::optional<fs::path> backup = lf_generationOf(path, "0");
     if (backup) return gf_copyIfExists(path, *backup);
-    gf_logError(fmt::format("gf_save1GenerationOf: no dot in filename: {}", lf_shown(path)));
+    gf_logError(fmt::format("gf_save1GenerationOf: no dot in filename: {}", gf_shownPath(path)));
     return false;
 }
 
@@ -62,7 +53,7 @@ void gf_saveUpto3GenerationsOf(const fs::path& path) {
     const std::optional<fs::path> second = lf_generationOf(path, "00");
     const std::optional<fs::path> third = lf_generationOf(path, "000");
     if (!first || !second || !third) {
-        gf_logError(fmt::format("gf_saveUpto3GenerationsOf: no dot in filename: {}", lf_shown(path)));
+        gf_logError(fmt::format("gf_saveUpto3GenerationsOf: no dot in filename: {}", gf_shownPath(path)));
         return;
     }
     gf_copyIfExists(*second, *third);
@@ -74,7 +65,8 @@ bool gf_replaceFile(const fs::path& temporary, const fs::path& path) {
     std::error_code error;
     fs::rename(temporary, path, error);
     if (!error) return true;
-    gf_logError(fmt::format("rename {} -> {} failed: {}", lf_shown(temporary), lf_shown(path), error.message()));
+    gf_logError(
+        fmt::format("rename {} -> {} failed: {}", gf_shownPath(temporary), gf_shownPath(path), error.message()));
     fs::remove(temporary, error);
     return false;
 }

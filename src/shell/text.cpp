@@ -203,6 +203,14 @@ std::string gf_pathToUtf8(const std::filesystem::path& path) {
     return lf_nativeToUtf8(path.native());
 }
 
+std::string gf_shownPath(const std::filesystem::path& path) {
+    try {
+        return gf_pathToUtf8(path);
+    } catch (const std::exception&) {
+        return "(a name that is no text)";
+    }
+}
+
 std::string gf_ansiToUtf8(std::string_view text) {
     if (auto strict = gf_decodeCodePage(text, true)) return *std::move(strict);
     return gf_decodeCodePage(text, false).value_or("");

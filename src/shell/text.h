@@ -17,6 +17,8 @@ std::string gf_wideToUtf8(std::wstring_view text);
 std::string gf_utf16ToUtf8(std::u16string_view text);
 std::filesystem::path gf_pathFromUtf8(std::string_view text);
 std::string gf_pathToUtf8(const std::filesystem::path& path);
+/// For messages: gf_pathToUtf8, but a name that is no valid text gives a stand-in instead of an exception.
+std::string gf_shownPath(const std::filesystem::path& path);
 /// Bytes of the system's code page: strict, else tolerant, else empty.
 std::string gf_ansiToUtf8(std::string_view text);
 

@@ -7,6 +7,8 @@
 #define NOMINMAX
 #endif
 
-#include <windows.h>
+// clang-format off
 #include <winsock2.h>
 #include <ws2tcpip.h>
+#include <windows.h>
+// clang-format on

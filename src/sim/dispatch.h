@@ -6,6 +6,8 @@ namespace hcr {
 
 /// The dispatch function that SimConnect_CallDispatch calls, on the SimClient thread. Throws UserErrorException.
 void gf_dispatch(SIMCONNECT_RECV* message, u32 size, void* context);
+/// True once after a quit message. SimClient.
+bool gf_takeQuit();
 /// Forgets added objects, user position, once-only marks. Before a session.
 void gf_resetDispatch();
 

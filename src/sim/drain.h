@@ -16,6 +16,9 @@ extern std::vector<AiCreateRequest> gCreateQueue;
 extern std::vector<u32> gRemovalQueue;
 extern std::vector<PendingCreate> gPendingCreates;
 
+/// Takes an entry out of gPendingCreates; the last one moves into its place. SimClient, which alone uses that list.
+PendingCreate gf_takePendingCreate(std::vector<PendingCreate>::iterator entry);
+
 /// Reserves 256 entries each and empties them.
 void gf_resetQueues();
 /// The work of one Frame event. SimClient.

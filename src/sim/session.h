@@ -16,17 +16,18 @@ namespace hcr {
 /// The simulator lock: every call from the worker, the command queues and the position buffers. Where it is held
 /// together with gSimEventMutex, that one is taken first. The Frame event only tries it.
 extern std::mutex gSimMutex;
-extern SimHandle gSimHandle;                   ///< null without a session; under gSimMutex from the worker
-extern std::atomic<bool> gFlightRunning;       ///< set by the Sim event, cleared on quit
-extern std::atomic<bool> gRequestError;        ///< a call failed: all traffic stops until the next run
-extern std::atomic<u32> gUserObjectId;         ///< from the last position reply; AI objects have a greater id
-extern std::atomic<f32> gFrameRate;            ///< refreshed every 30 frames
+extern SimHandle gSimHandle;              ///< null without a session; under gSimMutex from the worker
+extern std::atomic<bool> gFlightRunning;  ///< set by the Sim event, cleared on quit
+extern std::atomic<bool> gRequestError;   ///< a call failed: all traffic stops until the next run
+extern std::atomic<u32> gUserObjectId;    ///< from the last position reply; AI objects have a greater id
+extern std::atomic<f32> gFrameRate;       ///< refreshed every 30 frames
 extern std::atomic<bool> gUserOnGround, gUserOnGroundKnown;
 
 /// Thread entry: opens the session, registers, dispatches until told to stop. Shows its own errors.
 void SimClient(std::stop_token stop);
-/// One turn of the thread's inner loop without the sleep, for single-threaded tests: opens and registers when there is
-/// no session yet, else dispatches. False when opening failed.
+/// One turn of the thread's inner loop without the sleep: opens and registers when there is no session yet, else
+/// dispatches; ends session and run after a quit message. False when opening failed or isn't wanted any more. Passes
+/// the exceptions of gf_dispatch on. SimClient, or a single-threaded test.
 bool gf_pumpSimClient();
 /// The end of the thread's work: closes the session. SimClient calls it by itself.
 void gf_endSimClient();
@@ -38,6 +39,8 @@ void gf_resetSimSession();
 UserAircraftData gf_fetchUserPosition();
 /// The same without a request; any thread.
 UserAircraftData gf_lastUserPosition();
+/// Stores a reply. SimClient.
+void gf_storeUserPosition(const UserAircraftData& position);
 /// Requests 106 and 107. Worker, once per flight.
 void gf_requestUserIdentity();
 /// Request 108, once a second from now on; the reply drives gSecondPulse. Worker.

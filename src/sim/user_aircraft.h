@@ -7,9 +7,9 @@
 
 namespace hcr {
 
-extern std::atomic<f64> userHalfWingSpan;        ///< nautical miles
-extern std::atomic<bool> gUserHalfSpanKnown;     ///< a model reply was handled
-extern std::atomic<i32> userCategory;            ///< AircraftCategory; goes to the log only
+extern std::atomic<f64> userHalfWingSpan;     ///< nautical miles
+extern std::atomic<bool> gUserHalfSpanKnown;  ///< a model reply was handled
+extern std::atomic<i32> userCategory;         ///< AircraftCategory; goes to the log only
 
 /// Replies of requests 106 and 107. SimClient thread; the texts may hold anything up to their length.
 void gf_onUserTitle(const std::string& title);

@@ -27,3 +27,6 @@ pkg_check_modules(zip REQUIRED IMPORTED_TARGET libzip)
 target_link_libraries(halcyrane_dependencies INTERFACE
   Threads::Threads fmt::fmt nlohmann_json::nlohmann_json ZLIB::ZLIB
   PkgConfig::pugixml PkgConfig::sodium PkgConfig::curl PkgConfig::zip)
+if(WIN32)
+  target_link_libraries(halcyrane_dependencies INTERFACE ws2_32 winmm psapi shell32 ole32 uuid advapi32)
+endif()

@@ -1,7 +1,5 @@
 #include "platform/clock_source.h"
 
-#include <timeapi.h>
-
 #include "platform/clock.h"
 #include "platform/win32/windows_header.h"
 

@@ -11,4 +11,9 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 #include <windows.h>
+#include <mstcpip.h>
+#include <psapi.h>
+#include <shellapi.h>
+#include <shlobj.h>
+#include <timeapi.h>
 // clang-format on

@@ -1,0 +1,138 @@
+#include "platform/system.h"
+
+#include <memory>
+#include <system_error>
+
+#include "platform/win32/wide_text.h"
+#include "platform/win32/windows_header.h"
+
+namespace hcr {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr INT_PTR kShellFailure = 32;      // ShellExecuteW: up to here its result is an error
+constexpr DWORD kConsoleGraceMs = 10'000;  // the system ends the process when the handler returns
+
+struct CoTaskDeleter {
+    void operator()(wchar_t* text) const {
+        CoTaskMemFree(text);
+    }
+};
+
+struct LocalDeleter {
+    void operator()(LPWSTR* list) const {
+        LocalFree(list);
+    }
+};
+
+struct HandleDeleter {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const {
+        CloseHandle(handle);
+    }
+};
+
+fs::path lf_knownFolder(const KNOWNFOLDERID& id) {
+    wchar_t* text = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(id, KF_FLAG_DEFAULT, nullptr, &text);
+    const std::unique_ptr<wchar_t, CoTaskDeleter> owner(text);
+    return SUCCEEDED(result) && text != nullptr ? fs::path(text) : fs::path();
+}
+
+/// Text for the user's eyes: bytes that are no UTF-8 are shown as they are rather than not at all.
+std::wstring lf_shownText(const std::string& text) {
+    return gf_systemUtf8ToWide(text).value_or(std::wstring(text.begin(), text.end()));
+}
+
+std::atomic<std::atomic<bool>*> gTerminateFlag{nullptr};
+
+BOOL WINAPI lf_onConsoleEvent(DWORD event) {
+    std::atomic<bool>* flag = gTerminateFlag.load();
+    if (flag == nullptr) return FALSE;
+    flag->store(true);
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kConsoleGraceMs);
+    return TRUE;
+}
+
+}  // namespace
+
+fs::path gf_roamingFolder() {
+    return lf_knownFolder(FOLDERID_RoamingAppData);
+}
+
+fs::path gf_localFolder() {
+    return lf_knownFolder(FOLDERID_LocalAppData);
+}
+
+fs::path gf_programFolder() {
+    std::wstring name(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+        if (length == 0) {
+            std::error_code error;
+            return fs::current_path(error);
+        }
+        if (length < name.size()) return fs::path(name.substr(0, length)).parent_path();
+        name.resize(name.size() * 2);
+    }
+}
+
+bool gf_openForUser(const fs::path& path) {
+    std::error_code error;
+    const fs::path whole = fs::absolute(path, error);
+    if (error || !fs::exists(whole, error)) return false;
+    const HINSTANCE result = ShellExecuteW(nullptr, L"open", whole.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(result) > kShellFailure;
+}
+
+void gf_showAlert(const std::string& title, const std::string& text) {
+    MessageBoxW(nullptr, lf_shownText(text).c_str(), lf_shownText(title).c_str(),
+                MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
+}
+
+bool gf_claimSingleInstance(const std::string& name) {
+    // The handle stays open as long as the process lives.
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, name.c_str());
+    const bool isHeld = GetLastError() == ERROR_ALREADY_EXISTS;
+    if (mutex != nullptr && isHeld) CloseHandle(mutex);
+    return !isHeld;
+}
+
+bool gf_isElevated() {
+    HANDLE opened = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == FALSE) return false;
+    const std::unique_ptr<HANDLE, HandleDeleter> token(opened);
+    TOKEN_ELEVATION elevation{};
+    DWORD size = 0;
+    const BOOL isKnown = GetTokenInformation(token.get(), TokenElevation, &elevation, sizeof elevation, &size);
+    return isKnown != FALSE && elevation.TokenIsElevated != 0;
+}
+
+std::vector<std::string> gf_arguments(int, char**) {
+    int count = 0;
+    const std::unique_ptr<LPWSTR, LocalDeleter> list(CommandLineToArgvW(GetCommandLineW(), &count));
+    std::vector<std::string> arguments;
+    for (int i = 1; list != nullptr && i < count; ++i) {
+        arguments.push_back(gf_systemWideToUtf8(list.get()[i]).value_or(""));
+    }
+    return arguments;
+}
+
+void gf_prepareConsole() {
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+void gf_onTerminate(std::atomic<bool>& flag) {
+    gTerminateFlag = &flag;
+    SetConsoleCtrlHandler(lf_onConsoleEvent, TRUE);
+}
+
+u64 gf_residentBytes() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    counters.cb = sizeof counters;
+    if (GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) == FALSE) return 0;
+    return counters.WorkingSetSize;
+}
+
+}  // namespace hcr

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string_view>
+
 #include "shell/parameters.h"
 
 namespace hcr {
@@ -8,6 +12,11 @@ namespace hcr {
 /// program version was fetched and the program must end. Run thread, at the start of a run that is no restart.
 /// Throws what the JSON parser throws on a damaged file.
 bool gf_updateData();
+/// Fetches the link files of MSFS 2024 when the version is newer or there are none; true when they were replaced.
 bool gf_updateSimAddons(const VersionData& webVersion);
+
+/// The version of one entry of versions.json; nothing when there is no such entry. Throws what the parser throws, or
+/// std::out_of_range, when one of its three integers is missing or is none that a version can hold.
+std::optional<VersionData> gf_webVersion(const nlohmann::json& versions, std::string_view key);
 
 }  // namespace hcr

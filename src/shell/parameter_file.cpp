@@ -199,9 +199,6 @@ bool gf_loadParameters() {
 
 void gf_placeRootLevel() {
     gf_log("\nPlacing a root level around a new parameters.xml to make it 100% xml compliance\n");
-    const std::lock_guard lock(gSettingsMutex);
-    std::error_code ignored;
-    std::filesystem::remove(gFiles().settings, ignored);
     gf_saveParameters(false);
 }
 

@@ -2,13 +2,18 @@
 
 #include <array>
 #include <filesystem>
+#include <istream>
 #include <optional>
-#include <string>
+#include <ostream>
 #include <string_view>
 
 #include "platform/types.h"
 
 namespace hcr {
+
+// Enciphered data files: a header of 24 bytes, then chunks of 4096 bytes of plain text with 17 bytes of authentication
+// each (the last one may be shorter, and says that it is the last). Memory use doesn't depend on the file's size. Any
+// thread.
 
 using CipherKey = std::array<u8, 32>;
 
@@ -23,6 +28,10 @@ bool gf_streamDecrypt(const std::filesystem::path& source, const std::filesystem
 /// The other direction, for people who publish data. Same failures.
 bool gf_streamEncrypt(const std::filesystem::path& source, const std::filesystem::path& target,
                       const CipherKey& key = gf_cipherKey());
+/// The two without files; they throw std::runtime_error "Invalid header or key" and "Decryption failed".
+void gf_decipher(std::istream& in, std::ostream& out, const CipherKey& key);
+void gf_encipher(std::istream& in, std::ostream& out, const CipherKey& key);
+
 /// Removes an existing file; a failure is logged.
 void gf_removeIfPresent(const std::filesystem::path& path);
 

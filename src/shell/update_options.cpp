@@ -98,7 +98,6 @@ void updateOptionsWrapped() {
                 "\nYour previous version was too old to convert the old text box parameters to the new"
                 "dropbox values.");
             gf_log(fmt::format("{} re-starts with default parameter values ...\n", kProgramName));
-            fs::remove(gFiles().settings);
             gf_saveParameters(true);
         }
     } catch (const std::exception& e) {

@@ -1,0 +1,50 @@
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdio>
+#include <exception>
+
+#include "commands.h"
+#include "platform/system.h"
+
+namespace {
+
+constexpr std::array kCommands{
+    Command{"encipher", "IN OUT [--key HEX]", "make the form in which a data file travels", runEncipher},
+    Command{"decipher", "IN OUT [--key HEX]", "turn an enciphered data file into its plain form", runDecipher},
+};
+
+std::string usage() {
+    std::string text = "usage: halcyrane-data COMMAND ARGUMENTS\n\n";
+    for (const Command& command : kCommands) {
+        text += fmt::format("  {} {}\n      {}\n", command.name, command.arguments, command.purpose);
+    }
+    return text + "\nWithout --key (64 hexadecimal digits) the key of this build is used.\n";
+}
+
+int runCommand(const std::vector<std::string>& arguments) {
+    if (arguments.empty()) throw UsageError{"no command"};
+    if (arguments[0] == "--help" || arguments[0] == "help") {
+        fmt::print("{}", usage());
+        return kExitGood;
+    }
+    for (const Command& command : kCommands) {
+        if (command.name == arguments[0]) return command.run({arguments.begin() + 1, arguments.end()});
+    }
+    throw UsageError{fmt::format("unknown command {}", arguments[0])};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    hcr::gf_prepareConsole();
+    try {
+        return runCommand(hcr::gf_arguments(argc, argv));
+    } catch (const UsageError& e) {
+        fmt::print(stderr, "halcyrane-data: {}\n\n{}", e.text, usage());
+        return kExitUsage;
+    } catch (const std::exception& e) {
+        fmt::print(stderr, "halcyrane-data: {}\n", e.what());
+        return kExitFailed;
+    }
+}

@@ -13,9 +13,9 @@ namespace hcr {
 
 /// What is known of a real airframe. Airframes of one kind share a record.
 struct DbaseRecord {
-    std::string airl;    ///< whose colours it wears
-    std::string type;    ///< ICAO type
-    std::string opr;     ///< operator that flies it in place of airl; wins when not empty
+    std::string airl;  ///< whose colours it wears
+    std::string type;  ///< ICAO type
+    std::string opr;   ///< operator that flies it in place of airl; wins when not empty
     bool cargo = false;
 };
 
@@ -24,16 +24,16 @@ struct DbaseRecord {
 /// ones, are shared.
 struct RegistrationTable {
     struct Entry {
-        u32 textAt = 0;      ///< into texts
+        u32 textAt = 0;  ///< into texts
         u32 textLength = 0;
-        u32 record = 0;      ///< into records
+        u32 record = 0;  ///< into records
     };
 
     std::string texts;
     std::vector<Entry> entries;
     std::deque<DbaseRecord> records;  ///< never moved, so that pointers to them stay good
     TextIndex index;
-    TextMap<u32> recordNumbers;       ///< only while the table is filled
+    TextMap<u32> recordNumbers;  ///< only while the table is filled
 
     /// False, and the table keeps the older record, when the registration is there already.
     bool add(std::string_view registration, const DbaseRecord& record);

@@ -1,0 +1,66 @@
+#include "liveries/results.h"
+
+#include <fmt/format.h>
+
+#include <atomic>
+
+#include "liveries/dbase.h"
+#include "liveries/livery_tables.h"
+#include "liveries/regcodes.h"
+#include "shell/log.h"
+#include "shell/window_state.h"
+
+namespace hcr {
+namespace {
+
+std::atomic<bool> gLoaded{false};
+
+void lf_dropScanList() {
+    gScanList = {};  // with its memory
+}
+
+void lf_showLiveryCount() {
+    gWindow.liveryCount = gScanList.size();
+    gf_repaint(Band::liveries);
+}
+
+void lf_buildTables() {
+    const std::vector<LiveryGroup> groups = gf_buildLiveryIndex();
+    gf_buildAirlineTitles(groups);
+    gf_mergeInlineRegcodes();
+    gf_processOfflineRegcodes();
+    gf_log(fmt::format("{} registration codes", regcodeTitles.size()));
+    gf_buildGenericTitles(groups);
+    gf_log(fmt::format("{} airlines, {} pax aircraft models and {} cargo aircraft models", liveryIndex.size(),
+                       genericTitles[0].size(), genericTitles[1].size()));
+}
+
+}  // namespace
+
+void gf_loadScanResults() {
+    if (gLoaded) {
+        gf_log("Processing scanned liveries skipped; already done in previous start-up");
+        lf_dropScanList();
+        return;
+    }
+    gf_emptyLiveryTables();  // an earlier loading may have failed half-way
+    gf_readScannedLiveries();
+    lf_showLiveryCount();
+    lf_buildTables();
+    gf_buildSimilarTables();
+    gf_reportCategories();
+    gLoaded = true;
+    gf_repaint(Band::liveries);
+    lf_dropScanList();
+}
+
+void gf_clearLiveryTables() {
+    gf_emptyLiveryTables();
+    gLoaded = false;
+}
+
+bool gf_liveryTablesLoaded() {
+    return gLoaded;
+}
+
+}  // namespace hcr

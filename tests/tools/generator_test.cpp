@@ -29,8 +29,8 @@ std::map<std::string, std::vector<Report>> reportsByHexid(const FeedPlan& plan) 
         const std::vector<std::string_view> f = gf_splitCommas(line.line);
         EXPECT_EQ(f.size(), 44u) << line.line;
         if (f.size() != 44) continue;
-        reports[std::string(f[1])].push_back({number(f[14]), number(f[2]), number(f[3]), number(f[4]), number(f[5]),
-                                              number(f[7]), number(f[8])});
+        reports[std::string(f[1])].push_back(
+            {number(f[14]), number(f[2]), number(f[3]), number(f[4]), number(f[5]), number(f[7]), number(f[8])});
     }
     return reports;
 }

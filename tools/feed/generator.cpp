@@ -118,7 +118,9 @@ Counts lf_countKinds(const GenerateOptions& o, i32 slots, i32 standLimit) {
         left -= taken;
         return taken;
     };
-    counts.arrivals = take(lf_wanted(o.arrivals, kArrivalShare, all), std::min(slots, standLimit));
+    // Unless asked for, arrivals leave departures their part of the runway's time.
+    const i32 arrivalSlots = o.arrivals >= 0 || o.departures == 0 ? slots : (slots + 1) / 2;
+    counts.arrivals = take(lf_wanted(o.arrivals, kArrivalShare, all), std::min(arrivalSlots, standLimit));
     counts.departures = take(lf_wanted(o.departures, kDepartureShare, all),
                              std::min(slots - counts.arrivals, standLimit - counts.arrivals));
     i32 standsLeft = standLimit - counts.arrivals - counts.departures;
@@ -141,7 +143,7 @@ i32 lf_takeStand(World& world, f64 from, f64 until) {
 
 Interval lf_interval(const Airfield& field, const Motion& motion) {
     if (motion.speed <= 0) return kStanding;
-    if (onGround(field, motion)) return kTaxiing;
+    if (onGround(field, motion.height)) return kTaxiing;
     return motion.height < kHighFt ? kLow : kHigh;
 }
 
@@ -152,18 +154,19 @@ void lf_report(World& world, GeneratedAircraft& aircraft, const std::vector<Stag
     const f64 start = world.options.start;
     f64 due = -1;
     bool stood = false, wasGround = false, first = true;
-    for (const Motion& motion : travel(stages)) {
-        const f64 now = begin + motion.time;
-        const bool ground = onGround(world.field, motion);
+    for (const TravelStep& step : travel(stages)) {
+        const f64 now = begin + step.time;
+        const bool ground = onGround(world.field, heightOf(step));
         if (!first && ground != wasGround && aircraft.runwayTime == 0) aircraft.runwayTime = start + now;
         first = false;
         wasGround = ground;
         if (now < 0) continue;
         if (now > world.seconds) break;
         if (due < 0) due = now + world.random.between(0, kStanding.low / 2);
-        if (stood && motion.speed > 0) due = std::min(due, now + world.random.between(0.5, 2));
-        stood = motion.speed <= 0;
+        if (stood && step.metresPerSecond > 0) due = std::min(due, now + world.random.between(0.5, 2));
+        stood = step.metresPerSecond <= 0;
         if (now < due) continue;
+        const Motion motion = motionOf(step);
         const f64 timestamp = std::floor((start + now) * 10) / 10;
         const Interval interval = lf_interval(world.field, motion);
         due = now + world.random.between(interval.low, interval.high);
@@ -223,9 +226,9 @@ void lf_addArrival(World& world, f64 touchdownTime) {
     const std::vector<Stage> stages =
         arrivalStages(world.random, world.field, feedPerformance(aircraft.type), stand, standing);
     f64 flightTime = 0;
-    for (const Motion& motion : travel(stages)) {
-        flightTime = motion.time;
-        if (onGround(world.field, motion)) break;
+    for (const TravelStep& step : travel(stages)) {
+        flightTime = step.time;
+        if (onGround(world.field, heightOf(step))) break;
     }
     lf_report(world, aircraft, stages, touchdownTime - flightTime);
     world.plan.aircraft.push_back(std::move(aircraft));

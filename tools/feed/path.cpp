@@ -9,10 +9,11 @@ namespace {
 
 constexpr f64 kFeetPerMetre = kFeetPerNm / kMetresPerNm;
 constexpr f64 kKnot = kMetresPerNm / 3600;  // metres per second
-constexpr f64 kSlowest = 0.4;               // m/s; a braking aircraft still arrives
-constexpr f64 kShareOfLeg = 0.49;           // of a leg for the turn at each of its ends
-constexpr f64 kRoundingSeconds = 4;         // half the window over which height and turn rate are averaged
-constexpr int kRoundingSamples = 4;         // on each side
+constexpr f64 kStepSeconds = 0.25;
+constexpr f64 kSlowest = 0.4;        // m/s; a braking aircraft still arrives
+constexpr f64 kShareOfLeg = 0.49;    // of a leg for the turn at each of its ends
+constexpr f64 kRoundingSeconds = 4;  // half the window over which height and turn rate are averaged
+constexpr int kRoundingSamples = 4;  // on each side
 
 f64 lf_wrapPi(f64 angle) {
     return std::remainder(angle, 2 * kPi);
@@ -56,24 +57,6 @@ f64 lf_averaged(f64 along, f64 reach, Function value) {
         sum += value(along + reach * i / kRoundingSamples);
     }
     return sum / (2 * kRoundingSamples + 1);
-}
-
-Motion lf_motion(const Stage& stage, f64 time, f64 along, f64 metresPerSecond) {
-    const PathPoint point = pathPoint(stage.path, along);
-    const f64 reach = metresPerSecond * kRoundingSeconds;
-    const auto height = [&](f64 at) { return lf_linear(stage.heights, at); };
-    const auto curvature = [&](f64 at) { return pathPoint(stage.path, at).curvature; };
-    Motion motion;
-    motion.time = time;
-    motion.at = point.at;
-    motion.height = lf_averaged(along, reach, height);
-    const f64 ahead = lf_averaged(along + metresPerSecond, reach, height);
-    motion.vs = (ahead - motion.height) * 60;
-    motion.speed = metresPerSecond / kKnot;
-    motion.track = point.bearing;
-    motion.turnRate = lf_averaged(along, reach, curvature) * metresPerSecond;
-    motion.reverse = stage.reverse;
-    return motion;
 }
 
 }  // namespace
@@ -173,34 +156,52 @@ PathPoint pathPoint(const FlatPath& path, f64 along) {
     return point;
 }
 
-std::vector<Motion> travel(const std::vector<Stage>& stages) {
-    std::vector<Motion> motions;
+std::vector<TravelStep> travel(const std::vector<Stage>& stages) {
+    std::vector<TravelStep> steps;
     f64 time = 0;
     for (const Stage& stage : stages) {
         const f64 waitEnd = time + stage.waitBefore;
-        Motion standing = lf_motion(stage, time, 0, 0);
-        for (; time < waitEnd; time += kMotionStep) {
-            standing.time = time;
-            motions.push_back(standing);
-        }
+        for (; time < waitEnd; time += kStepSeconds) steps.push_back({&stage, time, 0, 0});
         f64 along = 0;
         while (along < stage.path.length) {
             const f64 speed = lf_speed(stage.speeds, along);
-            motions.push_back(lf_motion(stage, time, along, speed));
-            const f64 after = lf_speed(stage.speeds, along + speed * kMotionStep);
-            along += (speed + after) / 2 * kMotionStep;
-            time += kMotionStep;
+            steps.push_back({&stage, time, along, speed});
+            const f64 after = lf_speed(stage.speeds, along + speed * kStepSeconds);
+            along += (speed + after) / 2 * kStepSeconds;
+            time += kStepSeconds;
         }
-        const f64 endSpeed = stage.speeds.back().value * kKnot;
-        motions.push_back(lf_motion(stage, time, stage.path.length, endSpeed));
-        time += kMotionStep;
+        steps.push_back({&stage, time, stage.path.length, stage.speeds.back().value * kKnot});
+        time += kStepSeconds;
     }
-    return motions;
+    return steps;
+}
+
+f64 heightOf(const TravelStep& step) {
+    return lf_averaged(step.along, step.metresPerSecond * kRoundingSeconds,
+                       [&](f64 at) { return lf_linear(step.stage->heights, at); });
+}
+
+Motion motionOf(const TravelStep& step) {
+    const PathPoint point = pathPoint(step.stage->path, step.along);
+    Motion motion;
+    motion.time = step.time;
+    motion.at = point.at;
+    motion.height = heightOf(step);
+    TravelStep ahead = step;  // a second on
+    ahead.along += step.metresPerSecond;
+    motion.vs = (heightOf(ahead) - motion.height) * 60;
+    motion.speed = step.metresPerSecond / kKnot;
+    motion.track = point.bearing;
+    const f64 curvature = lf_averaged(step.along, step.metresPerSecond * kRoundingSeconds,
+                                      [&](f64 at) { return pathPoint(step.stage->path, at).curvature; });
+    motion.turnRate = curvature * step.metresPerSecond;
+    motion.reverse = step.stage->reverse;
+    return motion;
 }
 
 f64 travelTime(const std::vector<Stage>& stages) {
-    const std::vector<Motion> motions = travel(stages);
-    return motions.empty() ? 0 : motions.back().time;
+    const std::vector<TravelStep> steps = travel(stages);
+    return steps.empty() ? 0 : steps.back().time;
 }
 
 }  // namespace hcr

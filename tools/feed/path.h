@@ -82,9 +82,18 @@ struct Motion {
     bool reverse = false;
 };
 
-/// All moments of a flight in steps of kMotionStep seconds.
-inline constexpr f64 kMotionStep = 0.25;
-std::vector<Motion> travel(const std::vector<Stage>& stages);
+/// A moment of a flight, before its motion is worked out.
+struct TravelStep {
+    const Stage* stage = nullptr;
+    f64 time = 0;             ///< as in Motion
+    f64 along = 0;            ///< metres along the stage's path
+    f64 metresPerSecond = 0;  ///< 0 while it waits
+};
+/// All moments of a flight, a quarter of a second apart. They point into `stages`.
+std::vector<TravelStep> travel(const std::vector<Stage>& stages);
+Motion motionOf(const TravelStep& step);
+/// motionOf(step).height
+f64 heightOf(const TravelStep& step);
 /// Seconds that the stages take, waits included.
 f64 travelTime(const std::vector<Stage>& stages);
 

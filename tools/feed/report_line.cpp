@@ -82,14 +82,14 @@ Air lf_air(const Airfield& field, const FeedWind& wind, const Motion& motion) {
 
 }  // namespace
 
-bool onGround(const Airfield& field, const Motion& motion) {
-    return motion.height - field.elevationFt < kOnGroundFt;
+bool onGround(const Airfield& field, f64 heightFt) {
+    return heightFt - field.elevationFt < kOnGroundFt;
 }
 
 std::string reportLine(const GeneratedAircraft& aircraft, const std::string& callsign, const Airfield& field,
                        const FeedWind& wind, const Motion& motion, f64 timestamp) {
     const LatLon at = flatToGeo(field.origin, motion.at);
-    const bool ground = onGround(field, motion);
+    const bool ground = onGround(field, motion.height);
     const Air air = lf_air(field, wind, motion);
     const f64 nose = ground ? air.course + (motion.reverse ? kPi : 0) : air.heading;
     // What stands tells where its nose points; what moves tells where it goes.

@@ -15,8 +15,8 @@ struct FeedWind {
 /// One line of 44 fields about an aircraft at one moment. The callsign is given, since crews log on late.
 std::string reportLine(const GeneratedAircraft& aircraft, const std::string& callsign, const Airfield& field,
                        const FeedWind& wind, const Motion& motion, f64 timestamp);
-/// True while the wheels touch the ground.
-bool onGround(const Airfield& field, const Motion& motion);
+/// True while the wheels of an aircraft at this height above the sea touch the ground.
+bool onGround(const Airfield& field, f64 heightFt);
 /// The same line with another time in field 14.
 std::string withTimestamp(const std::string& line, f64 timestamp);
 /// Field 14 as a number; 0 when it isn't one.

@@ -10,7 +10,7 @@ namespace hcr {
 
 void lf_findGhost(std::string_view callsign);
 bool lf_isGhostName(std::string_view callsign);
-/// True: S1 was removed from the stream, and the spawn waits. Collisions with the user aren't looked at yet.
+/// True: S1 was removed from the stream, and the spawn waits. The user is in the way.
 bool lf_userConflict(LiveAc& ac);
 void gf_checkSameFlight(LiveAc& ac, bool onGround);
 void gf_removeStaticOfSameFlight();

@@ -6,14 +6,14 @@
 
 namespace hcr {
 
-// Movement on the ground. Ground traffic is only shown at a park airport, and none can be set yet: what stands here
-// keeps an aircraft that touches the ground far from any park airport on its reported line.
+// Movement on the ground: corners are cut by curves, changes of speed come in steps. Stands come with the airport
+// file, which isn't read yet, so that nobody parks or leaves a stand.
 
 /// Plans the leg to S2 on the ground.
 void nextPosGround(LiveAc& ac);
 /// Increments of a leg on the ground.
 void lf_groundDeltas(LiveAc& ac);
-/// Timing of a leg on the ground that isn't a movement.
+/// Time of arrival at S2 of a leg on the ground, and the rate at which the aircraft turns on it.
 void lf_groundTiming(LiveAc& ac);
 /// One cycle of a turn or of a curve on the ground.
 void stepGround(LiveAc& ac);

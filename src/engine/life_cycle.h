@@ -16,6 +16,8 @@ void liveryRespawn(LiveAc& ac);
 /// The limit on parked aircraft: 1 when one is about to park from its start, 0 after it has arrived.
 void gf_checkMaxPark(i32 plusOne);
 void gf_removeLongestParked(i32 count);
+/// True when the settings let aircraft of this class be shown; false for what is no class.
+bool classShown(i32 acClass);
 /// Name of the flight read as an airline: three letters and a digit; empty when it isn't that.
 std::string gf_airlineOfCallsign(const std::string& callsign);
 

@@ -39,6 +39,7 @@ void gf_setDestination(const std::string& code, LatLon position);
 std::string gf_standUnderUser(LatLon position);
 void gf_rememberUserStand();
 void gf_clearSelectedStand();
+/// Empties the airport of its aircraft and leaves it.
 void lf_leaveAirport();
 void gf_leaveAirportState();
 

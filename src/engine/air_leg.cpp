@@ -1,0 +1,193 @@
+#include <algorithm>
+#include <cmath>
+
+#include "core/model/aircraft_class.h"
+#include "core/model/geo.h"
+#include "core/model/run_state.h"
+#include "engine/following.h"
+#include "engine/ground.h"
+#include "engine/landing.h"
+#include "parking/park_airport.h"
+#include "sim/aircraft.h"
+
+namespace hcr {
+namespace {
+
+constexpr f64 kSpeedOnFinal = 100;          // knots, for an approach whose speed isn't known
+constexpr f64 kHighAgl = 1000;              // feet; below it no take-off may sink
+constexpr f64 kLowestClimbPerCs = 0.2;      // feet per cs, about 1200 feet per minute
+constexpr f64 kNoLongerSinkingVs = 100;     // feet per minute
+constexpr f64 kTicksPerMinute = 6000;
+constexpr f64 kLandingVs = -601;            // feet per minute
+constexpr f64 kShortFinalVs = -600;
+constexpr f64 kShortFinalAgl = 100;         // feet
+constexpr f64 kTakeOffVs = 601;             // feet per minute
+constexpr i32 kStandardQnh = 1013;          // hPa
+constexpr f64 kStandardPressure = 1013.25;  // hPa
+constexpr f64 kSinkPerHpa = 6;              // feet per minute; the feed's altitudes are barometric
+constexpr f64 kLevelPitch = -0.05235987755982989;  // 3 degrees nose up
+constexpr f64 kPitchStepVs = 600;           // feet per minute for each kPitchStepDeg
+constexpr f64 kPitchStepDeg = 2.2;
+constexpr f64 kSteepestDescent = -3000, kSteepestClimb = 2400;  // feet per minute, for the pitch
+constexpr f64 kHeadingAgl = 1000, kHeadingAglLanding = 2000;    // feet; below, a reported true heading leads
+constexpr f64 kHighAltitude = 10000;        // feet
+constexpr i32 kFirstSkip = 3, kLastSkip = 10;  // samples looked at for a jump into the air
+
+f64 lf_climbRate(const LiveAc& ac) {
+    const PosSample& s2 = ac.stream[1];
+    if (!(s2.alt > ac.alt)) return 0;
+    return std::min((s2.alt - ac.alt) / legTicksLeft(ac), ac.maxClimbPerCs);
+}
+
+f64 lf_descentRate(const LiveAc& ac) {
+    if (ac.agl <= kShortFinalAgl) return kShortFinalVs;
+    const f64 mean = (ac.stream[0].vs + ac.stream[1].vs) / 2;
+    return std::min(kLandingVs, mean) - (gQnh - kStandardPressure) * kSinkPerHpa;
+}
+
+void lf_descend(LiveAc& ac) {
+    const f64 rate = lf_descentRate(ac);
+    ac.stream[1].vs = ac.targetVs = rate;
+    ac.dAlt = rate / kTicksPerMinute;
+}
+
+/// Makes sample k-1 of the stream the new S2 if it is in the air.
+bool lf_skipTo(LiveAc& ac, std::size_t k) {
+    if (ac.stream.size() < k || !ac.stream[k - 1].airborne) return false;
+    for (std::size_t i = 2; i < k && ac.stream.size() >= 3; ++i) ac.stream.erase(ac.stream.begin() + 1);
+    lf_setArrival(ac, legTicksAt(ac, lf_legSpeed(ac)));
+    ac.targetVs = ac.stream[1].vs;
+    ac.targetSpeed = ac.stream[1].tas;
+    ac.dAlt = lf_climbRate(ac);
+    return true;
+}
+
+bool lf_skipIntoTheAir(LiveAc& ac) {
+    const std::size_t last = std::min<std::size_t>(kLastSkip, ac.stream.size() - 1);
+    for (std::size_t k = kFirstSkip; k <= last; ++k) {
+        if (lf_skipTo(ac, k)) return true;
+    }
+    return false;
+}
+
+void lf_inAirToAir(LiveAc& ac) {
+    const PosSample& s1 = ac.stream[0];
+    const PosSample& s2 = ac.stream[1];
+    const f64 rate = (s2.alt - ac.alt) / legTicksLeft(ac);
+    if (!ac.landing) {
+        const f64 lowest = ac.agl > kHighAgl ? rate : std::max(rate, kLowestClimbPerCs);
+        ac.dAlt = std::min(lowest, ac.maxClimbPerCs);
+    } else if (s1.alt != s2.alt || ac.agl > kHighAgl || s1.vs + s2.vs > kNoLongerSinkingVs) {
+        ac.dAlt = rate;
+    } else {
+        lf_descend(ac);
+    }
+}
+
+void lf_airToGround(LiveAc& ac) {
+    if (gf_hasParkAirport() && gQnh <= kStandardQnh) {
+        ac.dAlt = (gf_parkAirportAlt(0) - ac.alt) / legTicksLeft(ac);
+    } else if (gQnh > kStandardQnh) {
+        lf_descend(ac);
+    } else {
+        ac.stream[1].vs = ac.targetVs = kLandingVs;
+        ac.dAlt = kLandingVs / kTicksPerMinute;
+    }
+    gf_setGear(ac, true);
+}
+
+void lf_groundToGround(LiveAc& ac) {
+    f64 climb = 0;
+    for (const PosSample& sample : ac.stream) climb += sample.vs;
+    if (ac.landing || !(climb > kNoLongerSinkingVs)) {
+        lf_descend(ac);
+    } else if (!lf_skipIntoTheAir(ac)) {
+        PosSample& s2 = ac.stream[1];
+        s2.vs = ac.targetVs = std::max(s2.vs, kTakeOffVs);
+        ac.dAlt = s2.vs / kTicksPerMinute;
+    }
+    gf_setGear(ac, true);
+}
+
+void lf_planHeight(LiveAc& ac) {
+    const bool fromAir = ac.stream[0].airborne, toAir = ac.stream[1].airborne;
+    if (fromAir && toAir) {
+        lf_inAirToAir(ac);
+    } else if (fromAir) {
+        lf_airToGround(ac);
+    } else if (toAir) {
+        ac.dAlt = lf_climbRate(ac);
+    } else {
+        lf_groundToGround(ac);
+    }
+}
+
+void lf_planPitch(LiveAc& ac) {
+    const f64 limit = classValue(kPitchRate, ac.acClass);
+    ac.dPitch = std::clamp((airPitch(ac.stream[1].vs) - ac.pitch) / legTicksLeft(ac), -limit, limit);
+}
+
+void lf_planHeadingAndBank(LiveAc& ac) {
+    const PosSample& s2 = ac.stream[1];
+    const f64 dt = legTicksLeft(ac);
+    const bool low = ac.agl < (ac.landing ? kHeadingAglLanding : kHeadingAgl);
+    const bool reported = s2.adsb && s2.rollValid && s2.trueHeadingValid && low;
+    const f64 turn = reported ? wrapPi(s2.trueHeading - ac.heading) : lf_turnAngle(ac);
+    ac.dHeading = turn / dt;
+    if (s2.rollValid) {
+        // A roll is any number that a transponder may send; more than half a turn means the same as less.
+        ac.dBank = (std::remainder(s2.roll, 2 * kPi) - ac.bank) / dt;
+        return;
+    }
+    const f64 maxBank = classValue(kMaxBank, ac.acClass), maxRate = classValue(kBankRate, ac.acClass);
+    const f64 target = -std::clamp(turn, -maxBank, maxBank);
+    ac.dBank = std::clamp((target - ac.bank) / dt, -maxRate, maxRate);
+}
+
+void lf_highAltitudeConfig(LiveAc& ac) {
+    if (ac.above10000Done) return;
+    ac.above10000Done = true;
+    ac.climbLightsDone = false;
+    gf_setLights(ac.objectId, Lights{.nav = 1, .beacon = 1, .cabin = 1});
+    gf_setThrottle(ac, throttleFor(ac, 3));
+    gf_setGear(ac, false);
+    gf_setFlaps(ac, 0);
+}
+
+}  // namespace
+
+f64 airPitch(f64 verticalSpeed) {
+    const f64 v = verticalSpeed < 0 ? std::max(verticalSpeed, kSteepestDescent) / 2
+                                    : std::min(verticalSpeed, kSteepestClimb);
+    return kLevelPitch - v / kPitchStepVs * kPitchStepDeg * kDegToRad;
+}
+
+void lf_nextPosAir(LiveAc& ac) {
+    const PosSample& s1 = ac.stream[0];
+    const PosSample& s2 = ac.stream[1];
+    if (s2.stationary) {
+        if (ac.acClass == Rotorcraft) lf_groundTiming(ac);
+        return;
+    }
+    const bool touchingDown = ac.landing && !s2.airborne;
+    const f64 speed = touchingDown ? (s1.speed > 0 ? s1.speed : kSpeedOnFinal) : lf_legSpeed(ac);
+    lf_setArrival(ac, legTicksAt(ac, speed));
+}
+
+void lf_airDeltas(LiveAc& ac) {
+    if (ac.flightState != FlightState::take_off && ac.flightState != FlightState::flying) {
+        setFlightState(ac, FlightState::flying);
+    }
+    ac.targetVs = ac.stream[1].vs;
+    ac.targetSpeed = ac.stream[1].tas;
+    if (ac.flarePhase == 0) lf_planHeight(ac);
+    if (ac.flightState != FlightState::take_off) lf_planPitch(ac);
+    lf_planHeadingAndBank(ac);
+    if (ac.stream[0].alt < kHighAltitude) {
+        lf_lowAltitudeConfig(ac);
+    } else {
+        lf_highAltitudeConfig(ac);
+    }
+}
+
+}  // namespace hcr

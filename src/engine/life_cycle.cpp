@@ -1,0 +1,185 @@
+#include "engine/life_cycle.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/model/aircraft_class.h"
+#include "core/model/geo.h"
+#include "core/model/labels.h"
+#include "core/model/run_state.h"
+#include "core/model/tables.h"
+#include "engine/following.h"
+#include "engine/identity.h"
+#include "liveries/dbase.h"
+#include "parking/park_airport.h"
+#include "shell/log.h"
+#include "shell/parameters.h"
+#include "shell/random.h"
+#include "shell/text.h"
+#include "sim/aircraft.h"
+
+namespace hcr {
+namespace {
+
+constexpr f64 kJumpFactor = 10, kJumpFromKt = 5, kJumpToKt = 80;
+constexpr f64 kFastKt = 120, kSlowKt = 30;             // between them every report counts
+constexpr f64 kStraightDegAir = 1, kStraightDegGround = 2;
+constexpr f64 kLeastAirNm = 0.2429805615550756;        // 450 m
+constexpr f64 kLeastGroundNm = 0.010799136069114472;   // 20 m
+constexpr f64 kLongestGapS = 15;
+constexpr f64 kHoverBandFt = 108;   // too low to fly and too high to stand
+constexpr f64 kHoverTopFt = 10000;
+constexpr f64 kNoAirportAltFt = -1000;
+constexpr f64 kRotationSpread = 2.5, kClimbSpread = 5;  // percent: no two aircraft rotate alike
+constexpr std::size_t kUsualStream = 16;               // reports in 30 seconds, and some
+
+bool lf_jumps(f64 v, f64 w) {
+    return (w > kJumpFromKt && v >= w * kJumpFactor) || (v > kJumpFromKt && w >= v * kJumpFactor) ||
+           (w <= kJumpFromKt && v >= kJumpToKt) || (v <= kJumpFromKt && w >= kJumpToKt);
+}
+
+/// Seconds in which so many nautical miles are flown at `speed` knots.
+f64 lf_secondsFor(f64 nm, f64 speed) {
+    return speed == 0 ? kLongestGapS : nm / (speed / 3600);
+}
+
+/// True when the aircraft has moved too little for the report to tell anything new.
+bool lf_tellsNothing(const LiveAc& ac, const PosSample& sample, f64 gap) {
+    if (ac.extendCount >= 1) return false;
+    const f64 turn = std::abs(sample.track - ac.stream.back().track);
+    if (sample.airborne) {
+        return sample.speed > kFastKt && turn <= kStraightDegAir && gap <= lf_secondsFor(kLeastAirNm, sample.speed);
+    }
+    return sample.speed <= kSlowKt && turn <= kStraightDegGround &&
+           gap <= std::min(kLongestGapS, lf_secondsFor(kLeastGroundNm, sample.speed));
+}
+
+bool lf_isUseless(const LiveAc& ac, const TrafficReport& report) {
+    if (ac.stream.empty()) return false;
+    const f64 gap = report.timestamp - ac.lastTimestamp;
+    return gap <= 1 || lf_jumps(report.sample.speed, ac.stream.back().speed) ||
+           lf_tellsNothing(ac, report.sample, gap);
+}
+
+bool lf_hovers(const PosSample& sample) {
+    return sample.alt > 0 && sample.alt < kHoverTopFt &&
+           std::abs(sample.alt - gf_parkAirportAlt(kNoAirportAltFt)) <= kHoverBandFt;
+}
+
+bool lf_isSecondAddress(const TrafficReport& report) {
+    if (report.callsign.empty()) return false;
+    return std::any_of(gLiveAcs.begin(), gLiveAcs.end(), [&report](const LiveAc& ac) {
+        return ac.callsign == report.callsign && ac.model == report.model;
+    });
+}
+
+void lf_setClassValues(LiveAc& ac) {
+    const i32 acClass = ac.acClass;
+    ac.rotationPitch = gf_jitter(classValue(kRotationPitch, acClass), kRotationSpread);
+    ac.climbPitch = gf_jitter(classValue(kClimbPitch, acClass), kClimbSpread);
+    ac.taxiTurnRate = ac.turnRate = classValue(kTaxiTurnRate, acClass);
+    ac.maxClimbPerCs = classValue(kMaxClimbPerCs, acClass);
+    ac.standTaxiSpeed = classValue(kStandTaxiSpeed, acClass);
+    ac.flareTicks = classValue(kFlareTicks, acClass);
+    ac.touchdownTicks = classValue(kTouchdownTicks, acClass);
+    ac.rotationTicks = classValue(kRotationTicks, acClass);
+    ac.climbPitchTicks = classValue(kClimbPitchTicks, acClass);
+    ac.halfSpanNm = gf_halfSpanNm(ac.model);
+}
+
+void lf_decodeNew(TrafficReport& report) {
+    if (const DbaseRecord* record = report.registration.empty() ? nullptr : gf_dbaseRecord(report.registration)) {
+        if (!record->type.empty()) report.model = record->type;
+    }
+    if (!gf_isValidType(report.model)) return;
+    const i32 acClass = gf_acClass(report.model);
+    if (!classShown(acClass) || lf_hovers(report.sample)) return;
+    report.coupledCs1 = report.callsign;
+    report.coupledCs2.clear();
+    report.coupledSearched = false;
+
+    LiveAc& ac = gLiveAcs.emplace_back();
+    static_cast<FlightTexts&>(ac) = std::move(static_cast<FlightTexts&>(report));
+    ac.hexid = report.hexid;
+    ac.acClass = acClass;
+    lf_setClassValues(ac);
+    ac.stream.reserve(kUsualStream);
+    ac.stream.push_back(report.sample);
+    ac.lastTimestamp = report.timestamp;
+}
+
+void lf_update(LiveAc& ac, const TrafficReport& report) {
+    if (ac.lifeState == LifeState::liveryrespawn || ac.lifeState == LifeState::removingfromsim) return;
+    if (lf_isUseless(ac, report)) return;
+    if (ac.lifeState == LifeState::buffer && lf_hovers(report.sample)) return;
+    if (!lf_checkIdentity(ac, report)) return;
+    ac.lastTimestamp = report.timestamp;
+    decodeExisting(ac, report.sample);
+}
+
+/// The sample that a respawn goes on from, at the front of the stream.
+PosSample lf_respawnSample(LiveAc& ac) {
+    PosSample& s1 = ac.stream.front();
+    if (ac.flightState == FlightState::parked) {
+        ac.stream.resize(1);
+        s1.stationary = true;
+        s1.track = ac.heading * kRadToDeg;
+        return s1;
+    }
+    s1.stationary = samePosition(s1.lat, s1.lon, ac.lat, ac.lon);
+    PosSample sample = s1;
+    sample.lat = ac.lat;
+    sample.lon = ac.lon;
+    sample.alt = ac.alt;
+    sample.roll = ac.bank;
+    sample.rollValid = true;
+    return sample;
+}
+
+}  // namespace
+
+std::string gf_airlineOfCallsign(const std::string& callsign) {
+    const auto letter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+    if (callsign.size() < 4 || !std::all_of(callsign.begin(), callsign.begin() + 3, letter)) return {};
+    if (callsign[3] < '0' || callsign[3] > '9') return {};
+    return gf_upper(std::string_view(callsign).substr(0, 3));
+}
+
+bool classShown(i32 acClass) {
+    switch (acClass) {
+        case Light: return LIGHT_AIRCRAFT.current;
+        case HighPerf: return HIGH_PERF_AIRCRAFT.current;
+        case Rotorcraft: return HELICOPTERS.current;
+        default: return acClass >= 0 && acClass < kClassCount;
+    }
+}
+
+void gf_decodeReport(TrafficReport& report) {
+    if (LiveAc* ac = findLiveByHexid(report.hexid)) {
+        lf_update(*ac, report);
+    } else if (!lf_isSecondAddress(report)) {
+        lf_decodeNew(report);
+    }
+}
+
+void liveryRespawn(LiveAc& ac) {
+    if (!ac.stream.empty()) {
+        PosSample sample = lf_respawnSample(ac);
+        sample.time = simTick + 1;
+        ac.stream.insert(ac.stream.begin(), sample);
+    }
+    ac.lifeState = LifeState::liveryrespawn;
+    ac.spawnHeading = ac.heading;
+    ac.spawnHeadingValid = true;
+    if (ac.objectId == 0) {
+        gf_logError(fmt::format("{} removing act {} with objectid=0 ?", "liveryRespawn", liveAcLabel(ac)));
+        return;
+    }
+    u32 selected = ac.objectId;
+    gSelectedObject.compare_exchange_strong(selected, 0);
+    gRemovedObjects.push_back(ac.objectId);
+}
+
+}  // namespace hcr

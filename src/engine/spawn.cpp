@@ -1,0 +1,234 @@
+#include "engine/spawn.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "core/model/geo.h"
+#include "core/model/run_state.h"
+#include "core/model/tables.h"
+#include "engine/conflicts.h"
+#include "engine/following.h"
+#include "engine/ground.h"
+#include "engine/life_cycle.h"
+#include "liveries/dbase.h"
+#include "liveries/matching.h"
+#include "parking/learned.h"
+#include "platform/clock.h"
+#include "shell/log.h"
+#include "shell/parameters.h"
+#include "sim/aircraft.h"
+#include "sim/session.h"
+
+namespace hcr {
+namespace {
+
+constexpr i32 kLeadOnGroundCs = 300;  // a taxiing aircraft needs its path three seconds early
+constexpr i32 kLeadCs = 100;
+constexpr std::size_t kBusyQueue = 10;  // with more creations waiting, a newcomer waits with a fresh first sample
+constexpr f64 kNearerByNm = 0.1;        // who takes another's place is nearer by more than this
+constexpr std::size_t kLongestCallsign = 8;
+constexpr f64 kGroundSpawnPitch = 0.010471975511965976;  // 0.6 degrees nose down
+
+bool lf_isDue(const PosSample& s1) {
+    const bool taxiing = !s1.airborne && s1.speed != 0;
+    return simTick >= s1.time - (taxiing ? kLeadOnGroundCs : kLeadCs);
+}
+
+bool lf_isRemovedGhost(const LiveAc& ac) {
+    return ac.callsign.ends_with('_') && std::find(gGhosts.begin(), gGhosts.end(), ac.callsign) != gGhosts.end();
+}
+
+/// The moment of take-off or landing.
+bool lf_changesGround(const SampleStream& stream) {
+    const bool first = stream.front().airborne;
+    return std::any_of(stream.begin(), stream.end(), [first](const PosSample& s) { return s.airborne != first; });
+}
+
+void lf_dropFirst(LiveAc& ac) {
+    ac.stream.erase(ac.stream.begin());
+}
+
+/// Takes the furthest aircraft out of the simulator for one at `distance` nm; true when none is further away.
+bool lf_makeRoom(f64 distance, const UserAircraftData& user) {
+    LiveAc* furthest = nullptr;
+    f64 bound = distance + kNearerByNm;
+    for (LiveAc& ac : gLiveAcs) {
+        if (ac.lifeState != LifeState::active) continue;
+        const f64 away = distanceNm(user.lat, user.lon, ac.lat, ac.lon);
+        if (away <= bound) continue;
+        bound = away;
+        furthest = &ac;
+    }
+    if (furthest == nullptr) return true;
+    removeAircraftFromSim(*furthest);
+    return false;
+}
+
+bool lf_isFull(const LiveAc& ac) {
+    const auto active = std::count_if(gLiveAcs.begin(), gLiveAcs.end(),
+                                      [](const LiveAc& other) { return other.lifeState == LifeState::active; });
+    const std::size_t count = gAddingStack.size() + static_cast<std::size_t>(active) + gLiveAdding.size();
+    if (count < static_cast<std::size_t>(MAX_LIVE_SEL.current)) return false;
+    const UserAircraftData user = gf_lastUserPosition();
+    const PosSample& s1 = ac.stream.front();
+    return lf_makeRoom(distanceNm(user.lat, user.lon, s1.lat, s1.lon), user);
+}
+
+bool lf_isValidCallsign(const std::string& callsign) {
+    return !callsign.empty() && callsign.size() <= kLongestCallsign && callsign != "@@@@@@@@";
+}
+
+/// Fills the record's operator, type and name from what is known of its airframe.
+void lf_completeTexts(LiveAc& ac) {
+    if (const DbaseRecord* record = ac.registration.empty() ? nullptr : gf_dbaseRecord(ac.registration)) {
+        if (!record->airl.empty()) ac.airline = record->airl;
+        if (!record->type.empty()) ac.model = record->type;
+        if (!record->opr.empty()) ac.airline = record->opr;
+        ac.cargo = record->cargo;
+        if (!lf_isValidCallsign(ac.callsign)) ac.callsign = ac.registration;
+    }
+    if (ac.airline.empty()) ac.airline = gf_airlineOfCallsign(ac.callsign);
+    if (ac.airline.empty()) ac.airline = "PVT";
+}
+
+/// True when this aircraft is never to be shown as it is.
+bool lf_isUnwanted(LiveAc& ac) {
+    if (!BLOCK_CALLSIGN.current.empty() && BLOCK_CALLSIGN.current.equals(ac.callsign)) return true;
+    lf_completeTexts(ac);
+    if (!lf_isValidCallsign(ac.callsign)) return true;
+    if (!noMatchAircraft.empty() && noMatchAircraft.contains(gf_noMatchText(ac))) return true;
+    return ac.callsign.ends_with('_') && lf_isGhostName(ac.callsign);
+}
+
+/// A livery for the aircraft; false when there is none.
+bool lf_chooseLivery(LiveAc& ac) {
+    if (!ac.liveryTitle.empty()) return true;
+    ac.liveryTitle = gf_rememberedLivery(ac.hexid);
+    if (!ac.liveryTitle.empty()) {
+        ac.fsltlModel = ac.liveryTitle.find("FSLTL_") != std::string_view::npos;
+        return true;
+    }
+    gf_matchLiveLivery(ac);
+    if (ac.liveryTitle.empty()) {
+        if (!ac.registration.empty()) noMatchAircraft.insert(gf_noMatchText(ac));
+        return false;
+    }
+    rememberedLiveries.insert_or_assign(ac.hexid, ac.liveryTitle);
+    return true;
+}
+
+void lf_appearOnStand(LiveAc& ac, const ParkPos& stand) {
+    ac.standLat = stand.lat;
+    ac.standLon = stand.lon;
+    ac.standHeading = stand.heading;
+    ac.standId = stand.number;
+    ac.standCargo = stand.cargo;
+    setFlightState(ac, FlightState::parked);
+    ac.arrivedTicks = gf_utcTicks100ns();
+    ac.lastStandDist = 0;
+    ac.retreatCount = 0;
+    lf_clearCargo(ac);
+    ac.stream.resize(1);
+    PosSample& s1 = ac.stream.front();
+    s1.lat = stand.lat;
+    s1.lon = stand.lon;
+    s1.track = stand.heading * kRadToDeg;
+    lf_addRealStandOption(ac.standId, ac, 1);
+    gf_checkMaxPark(1);
+}
+
+/// Livery and state of an aircraft that appears for the first time; false when it isn't to be created now.
+bool lf_giveBirth(LiveAc& ac) {
+    if (!lf_chooseLivery(ac)) {
+        ac.eraseLive = true;
+        return false;
+    }
+    if (ac.stream.front().airborne) {
+        setFlightState(ac, FlightState::flying);
+        return true;
+    }
+    const std::optional<u32> standId = lf_standAtSpawn(ac);
+    const ParkPos* stand = standId ? findStand(*standId) : nullptr;
+    if (stand != nullptr) {
+        lf_appearOnStand(ac, *stand);
+    } else if (ac.stream[1].stationary) {
+        lf_dropFirst(ac);  // it waits for its first movement
+        return false;
+    } else {
+        setFlightState(ac, FlightState::taxi);
+    }
+    return true;
+}
+
+f64 lf_spawnHeading(const LiveAc& ac) {
+    if (ac.spawnHeadingValid) return ac.spawnHeading;
+    if (ac.flightState == FlightState::parked) return ac.standHeading;
+    const PosSample& s1 = ac.stream.front();
+    if (ac.stream.size() < 2 || ac.stream[1].stationary) return s1.track * kDegToRad;
+    return bearingRad(s1.lat, s1.lon, ac.stream[1].lat, ac.stream[1].lon);
+}
+
+void lf_placeOnFirstSample(LiveAc& ac) {
+    gCoupledQueue.push_back(ac.hexid);
+    const PosSample& s1 = ac.stream.front();
+    ac.lat = s1.lat;
+    ac.lon = s1.lon;
+    ac.alt = s1.alt;
+    ac.vsFtPerSec = s1.vs;
+    ac.tas = s1.tas;
+    ac.bank = s1.rollValid ? s1.roll : 0;
+    ac.pitch = s1.airborne ? airPitch(s1.vs) : kGroundSpawnPitch;
+    ac.heading = wrapTwoPi(lf_spawnHeading(ac));
+    ac.dHeading = s1.airborne ? 0 : ac.heading;
+    ac.userConflictSkip = false;
+}
+
+}  // namespace
+
+void lf_spawnCheck(LiveAc& ac) {
+    if (ac.stream.empty()) {
+        ac.eraseLive = true;
+        return;
+    }
+    if (!lf_isDue(ac.stream.front())) return;
+    if (ac.stream.size() == 1 || lf_isRemovedGhost(ac)) {
+        ac.eraseLive = true;
+        return;
+    }
+    if (lf_changesGround(ac.stream)) {
+        lf_dropFirst(ac);
+        return;
+    }
+    if (lf_userConflict(ac)) return;
+    if (gLiveAdding.size() > kBusyQueue && ac.flightState == FlightState::birth) {
+        lf_dropFirst(ac);
+        return;
+    }
+    if (MAX_LIVE_SEL.current == 0 || lf_isFull(ac) || lf_isUnwanted(ac)) {
+        ac.eraseLive = true;
+        return;
+    }
+    spawnLiveAc(ac);
+}
+
+void spawnLiveAc(LiveAc& ac) {
+    if (ac.stream.size() < 2) {
+        gf_logError(fmt::format("{} sz:{}", "spawnLiveAc", ac.stream.size()));
+        return;
+    }
+    PosSample& s1 = ac.stream[0];
+    s1.stationary = ac.stream[1].stationary;
+    if (s1.stationary) {
+        s1.speed = ac.stream[1].speed = 0;
+        if (ac.stream.size() > 2 && ac.stream[2].stationary) ac.stream[2].speed = 0;
+    }
+    if (ac.flightState == FlightState::birth && !lf_giveBirth(ac)) return;
+    if (ac.eraseLive) return;
+    lf_placeOnFirstSample(ac);
+    ac.lifeState = LifeState::adding2sim;
+    gAddingStack.push_back(ac.hexid);
+    if (!ac.callsign.ends_with('_')) lf_findGhost(ac.callsign);
+}
+
+}  // namespace hcr

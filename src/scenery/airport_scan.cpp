@@ -1,0 +1,7 @@
+#include "scenery/airport_scan.h"
+
+namespace hcr {
+
+void gf_scanAirports() {}
+
+}  // namespace hcr

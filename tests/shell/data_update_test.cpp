@@ -1,0 +1,208 @@
+#include "shell/data_update.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <zip.h>
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <utility>
+
+#include "shell/shell_world.h"
+#include "shell/window_state.h"
+#include "shell/zip.h"
+
+namespace fs = std::filesystem;
+
+namespace hcr {
+namespace {
+
+constexpr const char* kVersions = R"({
+    "msfs": {"major": 11, "minor": 10, "patch": 5},
+    "simaddon": {"major": 1, "minor": 0, "patch": 0},
+    "airports": {"major": 2, "minor": 3, "patch": 4},
+    "aig": {"major": 3, "minor": 0, "patch": 1},
+    "liveries": {"major": 1, "minor": 1, "patch": 1},
+    "addons": {"major": 1, "minor": 2, "patch": 1},
+    "dbase": {"major": 7, "minor": 8, "patch": 9}})";
+
+/// The data server is a folder with the three data files; the program holds nothing yet.
+struct DataUpdate : test::ShellWorld {
+    void SetUp() override {
+        ShellWorld::SetUp();
+        setenv("HALCYRANE_DATA_BASE", ("file://" + (folder / "server").string()).c_str(), 1);
+        for (const char* name : {"airports.enc", "AIG-regcodes.enc", "dbase.enc"}) {
+            write(fs::path("server/11") / name, std::string("server's ") + name);
+        }
+        write("server/versions.json", kVersions);
+        fs::create_directory("input");
+        SCAN_LIVERIES.current = false;
+        SCAN_AIRPORTS.current = false;
+    }
+
+    void TearDown() override {
+        unsetenv("HALCYRANE_DATA_BASE");
+        gf_resetWindowState();
+        ShellWorld::TearDown();
+    }
+
+    static void writeZip(const std::vector<std::pair<std::string, std::string>>& entries) {
+        fs::create_directories("server/mysimaddon24");
+        zip_t* archive = zip_open("server/mysimaddon24/my_simaddon2024.zip", ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+        ASSERT_NE(archive, nullptr);
+        for (const auto& [name, text] : entries) {
+            if (name.back() == '/') {
+                zip_dir_add(archive, name.c_str(), ZIP_FL_ENC_UTF_8);
+            } else {
+                zip_file_add(archive, name.c_str(), zip_source_buffer(archive, text.data(), text.size(), 0),
+                             ZIP_FL_ENC_UTF_8);
+            }
+        }
+        ASSERT_EQ(zip_close(archive), 0);
+    }
+};
+
+TEST_F(DataUpdate, EverythingNewerIsFetchedAndItsVersionKept) {
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_EQ(read("input/airports.enc"), "server's airports.enc");
+    EXPECT_EQ(read("input/AIG-regcodes.enc"), "server's AIG-regcodes.enc");
+    EXPECT_EQ(read("input/dbase.enc"), "server's dbase.enc");
+    EXPECT_EQ(AIRPORTS_VERSION.current.get(), "2.3.4");
+    EXPECT_EQ(AIG_VERSION.current.get(), "3.0.1");
+    EXPECT_EQ(DBASE_VERSION.current.get(), "7.8.9");
+    EXPECT_TRUE(SCAN_LIVERIES.current);
+    EXPECT_EQ(LIV_SCAN_VERSION.current.get(), "1.1.1");
+    EXPECT_TRUE(SCAN_AIRPORTS.current);
+    EXPECT_EQ(ADDONS_SCAN_VERSION.current.get(), "1.2.1");
+    EXPECT_FALSE(fs::exists("versions.json"));
+    const std::string settings = read(folder / "config/Halcyrane/parameters.xml");
+    EXPECT_NE(settings.find("name=\"DBASE_VERSION\" value=\"7.8.9\""), std::string::npos);
+    for (const char* line :
+         {"Halcyrane program version at web = 11.10.5\nmsfs version up-to-date\n", "airports updated to 2.3.4\n",
+          "liveries updated to 1.1.1\n", "dbase updated to 7.8.9\n"}) {
+        EXPECT_TRUE(logHas(line)) << line;
+    }
+    EXPECT_FALSE(logHas("simaddon"));
+}
+
+TEST_F(DataUpdate, ASecondStartFindsAllUpToDateButTheMissingResult) {
+    gf_updateData();
+    SCAN_LIVERIES.current = false;
+    SCAN_AIRPORTS.current = false;
+    write("input/dbase.enc", "mine");
+    write("output/LiveriesScanned.xml", "");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_EQ(read("input/dbase.enc"), "mine");
+    EXPECT_FALSE(SCAN_LIVERIES.current);
+    EXPECT_FALSE(SCAN_AIRPORTS.current);
+    EXPECT_TRUE(logHas("liveries version up-to-date\naddons version up-to-date\ndbase version up-to-date\n"));
+
+    fs::remove("output/LiveriesScanned.xml");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_TRUE(SCAN_LIVERIES.current);
+    EXPECT_FALSE(SCAN_AIRPORTS.current);
+}
+
+TEST_F(DataUpdate, AMissingFileIsFetchedAgainAndAFailedOneKeepsItsVersion) {
+    DBASE_VERSION.current.set("7.8.9");
+    AIG_VERSION.current.set("1.0.0");
+    write("input/AIG-regcodes.enc", "mine");
+    fs::remove("server/11/AIG-regcodes.enc");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_EQ(read("input/dbase.enc"), "server's dbase.enc");
+    EXPECT_EQ(read("input/AIG-regcodes.enc"), "mine");
+    EXPECT_EQ(AIG_VERSION.current.get(), "1.0.0");
+    EXPECT_TRUE(logHas("==> Downloading 'file://"));
+    EXPECT_TRUE(logHas("AIG-regcodes.enc' failed !\n"));
+}
+
+TEST_F(DataUpdate, WithoutAServerEverythingStays) {
+    setenv("HALCYRANE_DATA_BASE", "", 1);
+    DBASE_VERSION.current.set("1.0.0");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_TRUE(logHas("==> Downloading version info from my web site failed!\n"));
+    EXPECT_EQ(DBASE_VERSION.current.get(), "1.0.0");
+    EXPECT_FALSE(SCAN_LIVERIES.current);
+}
+
+TEST_F(DataUpdate, AMissingEntryIsSkippedAndABrokenOneEndsTheUpdateThere) {
+    write("server/versions.json", R"({"airports": {"major": 1, "minor": 0, "patch": 0}, "aig": {"major": 1}})");
+    EXPECT_THROW(gf_updateData(), nlohmann::json::exception);
+    EXPECT_TRUE(logHas("==> msfs version not found\n"));
+    EXPECT_EQ(AIRPORTS_VERSION.current.get(), "1.0.0");
+    EXPECT_FALSE(fs::exists("versions.json"));
+
+    for (const char* text : {"", "{", "<html>", "{\"msfs\": \xFF}"}) {
+        write("server/versions.json", text);
+        EXPECT_THROW(gf_updateData(), nlohmann::json::exception) << text;
+        EXPECT_FALSE(fs::exists("versions.json"));
+    }
+    write("server/versions.json", "[1, 2]");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_TRUE(logHas("==> dbase version not found\n"));
+}
+
+TEST_F(DataUpdate, AVersionNeedsThreeIntegersThatFit) {
+    const auto version = [](const std::string& minor) {
+        return gf_webVersion(nlohmann::json::parse(R"({"a": {"major": 1, "patch": 2, "minor": )" + minor + "}}"), "a");
+    };
+    EXPECT_EQ(version("2147483647")->text(), "1.2147483647.2");
+    for (const char* bad : {"2147483648", "18446744073709551615", "-1", "1e30", "1.5", "\"1\"", "null", "[]"}) {
+        EXPECT_ANY_THROW(version(bad)) << bad;
+    }
+    EXPECT_ANY_THROW(gf_webVersion(nlohmann::json::parse(R"({"a": 5})"), "a"));
+}
+
+TEST_F(DataUpdate, LinkFilesLandUnderTheirBaseNames) {
+    writeZip({{"EHAM.txt", "one\n"},
+              {"deep/", ""},
+              {"deep/er/EGLL.lnk", "two"},
+              {"../../LFPG", "three"},
+              {"a:b.txt", "no name for a file"}});
+    SIM_CHOICE.current.set("MSFS 2024");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_EQ(read("airports/my_simaddon/EHAM.txt"), "one\n");
+    EXPECT_EQ(read("airports/my_simaddon/EGLL.txt"), "two");
+    EXPECT_EQ(read("airports/my_simaddon/LFPG.txt"), "three");
+    EXPECT_TRUE(logHas("my_simaddon2024.zip unzipped 3 files\n"));
+    EXPECT_TRUE(logHas("==> Failed to write file: a:b.txt\n"));
+    EXPECT_TRUE(logHas("simaddon updated to 1.0.0\n"));
+    EXPECT_EQ(MYSIMADDON24_VERSION.current.get(), "1.0.0");
+    EXPECT_FALSE(fs::exists("my_simaddon2024.zip"));
+
+    EXPECT_FALSE(gf_updateSimAddons(VersionData(1, 0, 0)));
+    fs::remove_all("airports/my_simaddon");
+    EXPECT_TRUE(gf_updateSimAddons(VersionData(1, 0, 0)));
+}
+
+TEST_F(DataUpdate, ADamagedArchiveLeavesTheVersionAndIsRemoved) {
+    write("server/mysimaddon24/my_simaddon2024.zip", "no archive");
+    EXPECT_FALSE(gf_updateSimAddons(VersionData(1, 0, 0)));
+    EXPECT_TRUE(logHas("==> Could not open my_simaddon2024.zip\n"));
+    EXPECT_TRUE(MYSIMADDON24_VERSION.current.empty());
+    EXPECT_FALSE(fs::exists("my_simaddon2024.zip"));
+}
+
+TEST_F(DataUpdate, AnEntryLongerThanItsLimitOrDamagedIsNotRead) {
+    writeZip({{"zeros", std::string(100000, '0')}, {"text", "0123456789"}});
+    const char* path = "server/mysimaddon24/my_simaddon2024.zip";
+    EXPECT_EQ(gf_openZip(path, 10), nullptr);
+    const std::unique_ptr<ZipReader> zip = gf_openZip(path, 1000000);
+    ASSERT_NE(zip, nullptr);
+    EXPECT_EQ(gf_zipEntryCount(*zip), 2U);
+    EXPECT_FALSE(gf_readZipEntry(*zip, 0, 99999).has_value());
+    EXPECT_EQ(gf_readZipEntry(*zip, 0, 100000)->size(), 100000U);
+    EXPECT_FALSE(gf_readZipEntry(*zip, 2, 100).has_value());
+    EXPECT_EQ(gf_zipEntryName(*zip, 2), "");
+
+    std::string bytes = read(path);
+    bytes[bytes.find("0123456789")] = '9';
+    write("damaged.zip", bytes);
+    const std::unique_ptr<ZipReader> damaged = gf_openZip("damaged.zip", 1000000);
+    ASSERT_NE(damaged, nullptr);
+    EXPECT_FALSE(gf_readZipEntry(*damaged, 1, 100).has_value());
+}
+
+}  // namespace
+}  // namespace hcr

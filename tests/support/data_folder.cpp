@@ -1,0 +1,113 @@
+#include "support/data_folder.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <fstream>
+#include <random>
+
+#include "liveries/dbase.h"
+#include "liveries/matching.h"
+#include "liveries/reports.h"
+#include "liveries/results.h"
+#include "parking/catalogue.h"
+#include "shell/file_names.h"
+#include "shell/log.h"
+#include "shell/parameters.h"
+#include "shell/stream_cipher.h"
+#include "shell/window_state.h"
+
+namespace hcr::test {
+namespace {
+
+void lf_emptyTables() {
+    gf_forgetDbase();
+    gf_forgetAirports();
+    gf_clearLiveryTables();
+    gf_clearScanLists();
+    gScanList.clear();
+    failedTitles.clear();
+    failedModels.clear();
+    noMatchAircraft.clear();
+    matchSteps.fill(0);
+    gWindow.liveryCount = 0;
+}
+
+}  // namespace
+
+const char* const kNeededSections = R"(
+<aircrafts><aircraft types="C172, PA28,C25A,GLF6"/><aircraft types="B738,A320,B739,B744,F16,EC35"/></aircrafts>
+<high_performance><hpf types="F16"/></high_performance><heavy><hvy types="B744"/></heavy>
+<large><lar types="B738,A320,B739"/></large><buzjet><bzj types="C25A,GLF6"/></buzjet>
+<rotorcraft><rot types="EC35"/></rotorcraft><cargo_types><cargo_type types="B744"/></cargo_types>
+<ICAO_airlines><ICAO codes="KLM,DLH,PVT,ZZZ"/></ICAO_airlines><cargo_operators><ICAO codes="GEC"/></cargo_operators>
+<simaddons20><simaddon20 arpts="EHAM"/></simaddons20>)";
+
+DataFolder::DataFolder() : before(std::filesystem::current_path()) {
+    std::random_device device;
+    path = std::filesystem::temp_directory_path() / fmt::format("halcyrane-data-{:08x}{:08x}", device(), device());
+    for (const char* folder : {"input", "output/info", "output/errors"}) {
+        std::filesystem::create_directories(path / folder);
+    }
+    std::filesystem::current_path(path);
+    setenv("XDG_CONFIG_HOME", (path / "config").c_str(), 1);
+    gf_rebuildFileNames();
+    gf_makeConfigurationFolder();
+    gf_resetParameters();
+    RANDOM.current = false;
+    lf_emptyTables();
+    gf_openLog();
+}
+
+DataFolder::~DataFolder() {
+    gf_closeLog();
+    lf_emptyTables();
+    gf_resetParameters();
+    unsetenv("XDG_CONFIG_HOME");
+    gf_rebuildFileNames();
+    std::error_code ignored;
+    std::filesystem::current_path(before, ignored);
+    std::filesystem::remove_all(path, ignored);
+}
+
+std::string DataFolder::log() const {
+    gf_logFlush();
+    return readWhole(path / "Log.txt");
+}
+
+bool DataFolder::logged(std::string_view text) const {
+    return log().find(text) != std::string::npos;
+}
+
+void DataFolder::encipher(const std::filesystem::path& target, std::string_view xml) const {
+    writeWhole(path / "plain.xml", xml);
+    ASSERT_TRUE(gf_streamEncrypt(path / "plain.xml", target));
+}
+
+void DataFolder::readDbase(const std::string& sections) const {
+    ASSERT_EQ(gf_readDbaseText(fmt::format("<root>{}{}</root>", kNeededSections, sections)), "");
+}
+
+void DataFolder::loadLiveries(const std::string& elements, const std::string& aigElements) const {
+    writeWhole(gFiles().liveriesScanned, fmt::format("<root><liveries>{}</liveries></root>", elements));
+    encipher(gFiles().aigEnc, fmt::format("<root><AIG-regcodes>{}</AIG-regcodes></root>", aigElements));
+    gf_clearLiveryTables();
+    gf_loadScanResults();
+}
+
+std::string liv(const std::string& airl, const std::string& type, const std::string& title, const std::string& more) {
+    return fmt::format(R"(<liv airl="{}" type="{}" title="{}" {}/>)", airl, type, title, more);
+}
+
+std::string readWhole(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void writeWhole(const std::filesystem::path& file, std::string_view text) {
+    std::filesystem::create_directories(std::filesystem::absolute(file).parent_path());
+    std::ofstream(file, std::ios::binary) << text;
+}
+
+}  // namespace hcr::test

@@ -55,11 +55,14 @@ void lf_moveHandTo(i64 steadyUs) {
     }
 }
 
-void lf_sleepSped(i64 steadyUs) {
-    for (;;) {
-        const ClockSetting& setting = lf_setting();
-        if (setting.held || setting.isSystem) return;
-        const i64 left = steadyUs - (setting.steadyBaseUs + lf_elapsedUs(setting));
+i64 lf_steadyUs(const ClockSetting& setting) {
+    return setting.isSystem ? gf_systemSteadyUs() : setting.steadyBaseUs + lf_elapsedUs(setting);
+}
+
+/// Sleeps as long as this setting is in force: a time of one setting means nothing in another.
+void lf_sleepSped(const ClockSetting& setting, i64 steadyUs) {
+    while (&lf_setting() == &setting) {
+        const i64 left = steadyUs - lf_steadyUs(setting);
         if (left <= 0) return;
         const f64 wallUs = std::ceil(static_cast<f64>(left) / setting.factor);
         const i64 sliceUs = wallUs < static_cast<f64>(kSpedSliceUs) ? static_cast<i64>(wallUs) : kSpedSliceUs;
@@ -67,12 +70,20 @@ void lf_sleepSped(i64 steadyUs) {
     }
 }
 
+void lf_sleepUntilUs(const ClockSetting& setting, i64 steadyUs) {
+    if (setting.isSystem) {
+        gf_systemSleepUntilUs(steadyUs);
+    } else if (setting.held) {
+        lf_moveHandTo(steadyUs);
+    } else {
+        lf_sleepSped(setting, steadyUs);
+    }
+}
+
 }  // namespace
 
 i64 gf_steadyUs() {
-    const ClockSetting& setting = lf_setting();
-    if (setting.isSystem) return gf_systemSteadyUs();
-    return setting.steadyBaseUs + lf_elapsedUs(setting);
+    return lf_steadyUs(lf_setting());
 }
 
 i64 gf_utcTicks100ns() {
@@ -86,14 +97,13 @@ f64 gf_utcSeconds() {
 }
 
 void gf_sleepUntilUs(i64 steadyUs) {
-    const ClockSetting& setting = lf_setting();
-    if (setting.isSystem) return gf_systemSleepUntilUs(steadyUs);
-    if (setting.held) return lf_moveHandTo(steadyUs);
-    lf_sleepSped(steadyUs);
+    lf_sleepUntilUs(lf_setting(), steadyUs);
 }
 
 void gf_sleepMs(i64 milliseconds) {
-    if (milliseconds > 0) gf_sleepUntilUs(gf_steadyUs() + milliseconds * 1'000);
+    if (milliseconds <= 0) return;
+    const ClockSetting& setting = lf_setting();
+    lf_sleepUntilUs(setting, lf_steadyUs(setting) + milliseconds * 1'000);
 }
 
 void gf_holdClock(f64 utcSeconds) {

@@ -41,7 +41,8 @@ struct Operations : SessionTest {
 
 TEST_F(Operations, ARepeatedSettingIsSentOnce) {
     for (const i32 index : {1, 1, 2, 3, 0, 0}) gf_setFlaps(ac, index);
-    EXPECT_EQ(takeEvents(), (std::vector<Event>{{FLAPS_SET, 3072}, {FLAPS_SET, 10240}, {FLAPS_SET, 16383}, {FLAPS_SET, 0}}));
+    EXPECT_EQ(takeEvents(),
+              (std::vector<Event>{{FLAPS_SET, 3072}, {FLAPS_SET, 10240}, {FLAPS_SET, 16383}, {FLAPS_SET, 0}}));
     for (const i32 index : {0, 0, 1, 2, 3, 4}) gf_setThrottle(ac, index);
     EXPECT_EQ(takeEvents(), (std::vector<Event>{{THROTTLE_SET, 0},
                                                 {THROTTLE_SET, 4914},
@@ -155,17 +156,55 @@ TEST_F(Operations, TheWaitingListSetsANewAircraftUpAtItsTwoHundredthPass) {
         std::vector<Event> events;
     };
     const std::vector<Row> rows = {
-        {true, 10000, 2000, FlightState::flying, Large,
+        {true,
+         10000,
+         2000,
+         FlightState::flying,
+         Large,
          {{220, 0}, {218, 0}, {207, 1}, {206, 1}, {210, 1}, {208, 0}, {209, 1}, {212, 1}, {211, 1}}},
-        {true, 10001, 1999, FlightState::flying, Large,
+        {true,
+         10001,
+         1999,
+         FlightState::flying,
+         Large,
          {{220, 0}, {218, 0}, {207, 1}, {206, 1}, {210, 0}, {208, 0}, {209, 1}, {212, 0}, {211, 0}}},
-        {false, 0, 9, FlightState::taxi, Large,
-         {{218, 0}, {220, 0}, {207, 1}, {206, 1}, {210, 0}, {208, 1}, {209, 0}, {212, 1}, {211, 1}, {222, 0},
+        {false,
+         0,
+         9,
+         FlightState::taxi,
+         Large,
+         {{218, 0},
+          {220, 0},
+          {207, 1},
+          {206, 1},
+          {210, 0},
+          {208, 1},
+          {209, 0},
+          {212, 1},
+          {211, 1},
+          {222, 0},
           {217, 3072}}},
-        {false, 0, 9, FlightState::parked, Large,
-         {{218, 0}, {221, 0}, {207, 0}, {206, 0}, {210, 0}, {208, 0}, {209, 0}, {212, 1}, {211, 1}, {222, 0},
+        {false,
+         0,
+         9,
+         FlightState::parked,
+         Large,
+         {{218, 0},
+          {221, 0},
+          {207, 0},
+          {206, 0},
+          {210, 0},
+          {208, 0},
+          {209, 0},
+          {212, 1},
+          {211, 1},
+          {222, 0},
           {217, 0}}},
-        {false, 0, 9, FlightState::pushed_back, Rotorcraft,
+        {false,
+         0,
+         9,
+         FlightState::pushed_back,
+         Rotorcraft,
          {{220, 0}, {207, 1}, {206, 1}, {210, 0}, {208, 0}, {209, 0}, {212, 1}, {211, 1}, {222, 16383}}},
     };
     NAV_LIGHTS_WHILE_PARKED.current = false;
@@ -188,7 +227,9 @@ TEST_F(Operations, TheWaitingListSetsANewAircraftUpAtItsTwoHundredthPass) {
             gf_passPendingObjects();
             const auto calls = takeCalls();
             EXPECT_EQ(calls.size(), pass == 50 || pass == 100 ? 1U : 0U) << pass;
-            if (!calls.empty()) { EXPECT_EQ(calls[0], "Event 9 213 0"); }
+            if (!calls.empty()) {
+                EXPECT_EQ(calls[0], "Event 9 213 0");
+            }
         }
         EXPECT_TRUE(gEventQueue.empty());
         EXPECT_EQ(live.lifeState, LifeState::adding2sim);

@@ -144,13 +144,15 @@ TEST_F(Dispatch, TheSimulatorMustBeTheChosenOne) {
         const char* choice;
         const char* error;  ///< null: accepted
     };
-    for (const Row& row :
-         {Row{"KittyHawk", "MSFS 2020", nullptr}, Row{"Sun-Rise!\x01", "MSFS 2024", nullptr},
-          Row{"KittyHawk", "MSFS 2024", "71: MSFS 2020 is running ..., switch Simulator, or select the right sim in the "
-                                        "drop down list above"},
-          Row{"SunRise", "MSFS 2020", "71: MSFS 2024 is running ..., switch Simulator, or select the right sim in the "
-                                      "drop down list above"},
-          Row{"Lockheed Martin", "MSFS 2020", "77: 'Lockheed Martin' not being MSFS 2020 or MSFS 2024 connects ... ?"}}) {
+    for (const Row& row : {Row{"KittyHawk", "MSFS 2020", nullptr}, Row{"Sun-Rise!\x01", "MSFS 2024", nullptr},
+                           Row{"KittyHawk", "MSFS 2024",
+                               "71: MSFS 2020 is running ..., switch Simulator, or select the right sim in the "
+                               "drop down list above"},
+                           Row{"SunRise", "MSFS 2020",
+                               "71: MSFS 2024 is running ..., switch Simulator, or select the right sim in the "
+                               "drop down list above"},
+                           Row{"Lockheed Martin", "MSFS 2020",
+                               "77: 'Lockheed Martin' not being MSFS 2020 or MSFS 2024 connects ... ?"}}) {
         resetSessionGlobals();
         SIM_CHOICE.current.set(row.choice);
         std::string error;
@@ -181,12 +183,12 @@ TEST_F(Dispatch, ExceptionsAreTold) {
     dispatchException(3);
     EXPECT_FALSE(logHas("UNRECOGNIZED_ID"));  // the user's position isn't known yet
     dispatchUser(userAt(50, 8));
-    for (const Row& row : {Row{3, "\n==> SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID\n"},
-                           Row{11, "\nSimConnect: too many objects (max 1000)\n"},
-                           Row{19, "\nSIMCONNECT_EXCEPTION_INVALID_DATA_SIZE\n"},
-                           Row{23, "\n==> SimConnect exception: load flight plan failed\n"},
-                           Row{24, "\nSIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE\n"},
-                           Row{7, "\n==> SIMCONNECT_EXCEPTION #7\n"}, Row{4711, "\n==> SIMCONNECT_EXCEPTION #4711\n"}}) {
+    for (const Row& row :
+         {Row{3, "\n==> SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID\n"},
+          Row{11, "\nSimConnect: too many objects (max 1000)\n"}, Row{19, "\nSIMCONNECT_EXCEPTION_INVALID_DATA_SIZE\n"},
+          Row{23, "\n==> SimConnect exception: load flight plan failed\n"},
+          Row{24, "\nSIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE\n"},
+          Row{7, "\n==> SIMCONNECT_EXCEPTION #7\n"}, Row{4711, "\n==> SIMCONNECT_EXCEPTION #4711\n"}}) {
         dispatchException(row.code);
         EXPECT_EQ(logCount(row.line), 1U) << row.code;
     }
@@ -246,8 +248,9 @@ TEST_F(Dispatch, AnObjectOfSomebodyElseIsNeverMatchedAfterwards) {
     dispatchUser(userAt(50, 8), 5);
     dispatchAdded(7);
     dispatchStatus(7, "KLM1");
-    EXPECT_TRUE(logHas("just spawned, but not by Halcyrane, oid: 7, callsign 'KLM1', altaboveGnd:1000 ft, onground:0, "
-                       "gnd_alt:12 ft"));
+    EXPECT_TRUE(
+        logHas("just spawned, but not by Halcyrane, oid: 7, callsign 'KLM1', altaboveGnd:1000 ft, onground:0, "
+               "gnd_alt:12 ft"));
     gPendingCreates = {{41, 4740001, "KLM1"}, {42, 4740002, ""}};
     dispatchStatus(7, "KLM1");
     dispatchAdded(9);

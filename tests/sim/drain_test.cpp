@@ -1,6 +1,7 @@
 #include "sim/drain.h"
 
 #include <atomic>
+#include <cmath>
 #include <thread>
 
 #include "core/model/tables.h"
@@ -23,12 +24,13 @@ struct Drain : SessionTest {
 
 /// Holds the simulator lock on a thread of its own, as the other side would.
 struct BusyLock {
-    BusyLock() : holder([this] {
-        const std::lock_guard lock(gSimMutex);
-        held = true;
-        held.notify_all();
-        release.wait(false);
-    }) {
+    BusyLock()
+        : holder([this] {
+              const std::lock_guard lock(gSimMutex);
+              held = true;
+              held.notify_all();
+              release.wait(false);
+          }) {
         held.wait(false);
     }
     ~BusyLock() {

@@ -47,8 +47,9 @@ TEST_F(FlightPlan, ThePlanIsAShortFileThatMsfs2020IsTold) {
               "<DestinationID>LHR</DestinationID>\n"
               "</FlightPlan.FlightPlan>\n"
               "</SimBase.Document>\n\n");
-    EXPECT_EQ(takeCalls(), (std::vector<std::string>{
-                               "Plan 77 " + (std::filesystem::current_path() / "orig_dest" / "77.pln").string()}));
+    EXPECT_EQ(
+        takeCalls(),
+        (std::vector<std::string>{"Plan 77 " + (std::filesystem::current_path() / "orig_dest" / "77.pln").string()}));
     gf_removeFlightPlan(77);
     EXPECT_FALSE(std::filesystem::exists("orig_dest/77.pln"));
     gf_removeFlightPlanFolder();
@@ -66,8 +67,12 @@ TEST_F(FlightPlan, Msfs2024IsToldNothing) {
 
 TEST_F(FlightPlan, JetsFlyByInstrumentsTheOthersBySight) {
     gf_createFlightPlanFolder();
-    for (const auto& [acClass, kind] : {std::pair{Light, "VFR"}, {Buzjets, "IFR"}, {Large, "IFR"}, {Heavy, "IFR"},
-                                        {HighPerf, "VFR"}, {Rotorcraft, "VFR"}}) {
+    for (const auto& [acClass, kind] : {std::pair{Light, "VFR"},
+                                        {Buzjets, "IFR"},
+                                        {Large, "IFR"},
+                                        {Heavy, "IFR"},
+                                        {HighPerf, "VFR"},
+                                        {Rotorcraft, "VFR"}}) {
         ac.acClass = acClass;
         gf_makeFlightPlan(ac);
         EXPECT_NE(planText().find(std::string("<FPType>") + kind), std::string::npos) << acClass;

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
+#include <utility>
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
@@ -42,6 +44,8 @@ SimPort lf_recordingPort() {
     };
     port.SimConnect_Close = [](SimHandle) { return lf_record("Close"); };
     port.SimConnect_CallDispatch = [](SimHandle, SimDispatch dispatch, void* context) -> SimResult {
+        if (gRecorded.throwing == 1) throw std::runtime_error("the library fell over");
+        if (gRecorded.throwing == 2) throw 4711;
         std::vector<Bytes> waiting;
         waiting.swap(gRecorded.waiting);
         for (Bytes& bytes : waiting) {

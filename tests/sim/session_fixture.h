@@ -18,8 +18,8 @@ namespace hcr::test {
 /// What the recording port was asked, one text per call, and which call it is to fail.
 struct RecordedPort {
     std::vector<std::string> calls;
-    std::string failing;                ///< name of the call that gives a negative result
-    i32 dispatchResult = 0;
+    std::string failing;  ///< name of the call that gives a negative result
+    i32 throwing = 0;     ///< SimConnect_CallDispatch throws: 1 a standard exception, 2 something else
     u32 nextPacket = 41;
     std::vector<std::vector<u8>> waiting;  ///< messages for the next SimConnect_CallDispatch
 };

@@ -79,8 +79,7 @@ TEST_F(UserAircraft, TheReportTellsModelSpanAndCategory) {
     gf_onUserTitle("Zeppelin");
     gf_onUserModel("LZ 129");
     EXPECT_TRUE(logHas("\n          SimConnect: User aircraft model: LZ 129, category: "));
-    EXPECT_EQ(gf_currentMessage(),
-              "User aircraft wing span unknown, max is taken instead, please report in my Forum!");
+    EXPECT_EQ(gf_currentMessage(), "User aircraft wing span unknown, max is taken instead, please report in my Forum!");
 }
 
 TEST_F(UserAircraft, ACameraOrACrewIsNoAircraft) {

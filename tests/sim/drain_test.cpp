@@ -81,15 +81,6 @@ TEST_F(Drain, AFrameWithABusyLockLeavesTheQueuesAsTheyAre) {
     EXPECT_EQ(takeCalls().size(), 2U);
 }
 
-TEST_F(Drain, AFailedEventIsShownAndTheRestGoesOn) {
-    gRecorded.failing = "Event";
-    gEventQueue = {{6, FLAPS_SET, 0}, {7, GEAR_SET, 1}};
-    gf_drainQueues();
-    EXPECT_EQ(takeCalls(), (Calls{"Release 6", "Event 6 217 0", "Event 7 219 1"}));
-    EXPECT_EQ(gf_currentMessage(), "SimConnect TransmitClientEvent: 219 fails");
-    EXPECT_FALSE(gRequestError);
-}
-
 TEST_F(Drain, ARefusedCreateOrRemovalIsTheRequestErrorAfterWhichNothingGoesOut) {
     struct Row {
         const char* failing;
@@ -126,16 +117,6 @@ TEST_F(Drain, ARefusedCreateOrRemovalIsTheRequestErrorAfterWhichNothingGoesOut) 
         EXPECT_TRUE(takeCalls().empty());
         EXPECT_TRUE(gPosQueueFront.empty() && gEventQueue.empty() && gCreateQueue.empty() && gRemovalQueue.empty());
     }
-}
-
-TEST_F(Drain, ACreateWithoutAPacketNumberIsStillAwaited) {
-    gRecorded.failing = "GetLastSentPacketID";
-    gCreateQueue = {createRequest(17, "KLM2*")};
-    gf_drainQueues();
-    ASSERT_EQ(gPendingCreates.size(), 1U);
-    EXPECT_EQ(gPendingCreates[0].packetId, 0U);
-    EXPECT_TRUE(logHas("==> GetLastSentPacketID"));
-    EXPECT_FALSE(gRequestError);
 }
 
 TEST_F(Drain, PositionsAreSwappedOrDroppedOrWaitedFor) {

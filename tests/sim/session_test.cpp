@@ -77,16 +77,6 @@ TEST_F(Session, OpensWhenTheSimulatorIsUpAndRegistersEverythingInOrder) {
     EXPECT_TRUE(logHas("\nSimConnect closed ok\n"));
 }
 
-TEST_F(Session, ARefusedRegistrationIsTheRequestError) {
-    gRecorded.failing = "Map";
-    EXPECT_TRUE(gf_pumpSimClient());
-    EXPECT_TRUE(gRequestError);
-    EXPECT_EQ(callsOf("Map").size(), 1U);
-    gRecorded.failing = "Close";
-    gf_endSimClient();
-    EXPECT_TRUE(logHas("==> Closing SimConnect failed?!"));
-}
-
 TEST_F(Session, RequestsGoOutWithTheirNumbersAndAFailureIsTold) {
     gf_requestUserIdentity();
     EXPECT_TRUE(takeCalls().empty());  // no session
@@ -115,14 +105,6 @@ TEST_F(Session, RequestsGoOutWithTheirNumbersAndAFailureIsTold) {
     }
     EXPECT_EQ(takeCalls().size(), 4U);  // of title and model only the first was tried
     EXPECT_EQ(gExitReason, ExitReason::simConnectError);
-}
-
-TEST_F(Session, TheUsersPositionIsTheOneThatTheLastReplyBrought) {
-    gf_pumpSimClient();
-    gRecorded.waiting = {objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA, kReqUserPosition, 1, userAt(52, 4))};
-    EXPECT_EQ(gf_fetchUserPosition().lat, 0);
-    gf_pumpSimClient();
-    EXPECT_EQ(gf_fetchUserPosition().lat, 52);
 }
 
 TEST_F(Session, AQuittingSimulatorEndsSessionAndRun) {

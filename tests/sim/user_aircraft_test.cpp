@@ -55,10 +55,13 @@ TEST_F(UserAircraft, TheModelIsRepairedToAType) {
                            Row{"Some other", "737", 0, true},
                            Row{"", "Skyhawk", 40, false},
                            Row{"", "A388", 40, false},
+                           Row{"", "xx camerapod", 10, true},
+                           Row{"", "", 11, true},
                            Row{"Aerosoft A320 CFM", "A32NX", 12, true},
                            Row{"Aerosoft A319", "A32NX", 40, false},  // no wing span of this type
                            Row{"My Aerosoft A320", "A32NX", 40, false}}) {
         gf_resetUserAircraft();
+        gf_resetWindowState();
         if (*row.title != '\0') gf_onUserTitle(row.title);
         gf_onUserModel(row.model);
         EXPECT_NEAR(userHalfWingSpan, row.metres * kMetre, 1e-12) << row.title << " / " << row.model;
@@ -80,26 +83,6 @@ TEST_F(UserAircraft, TheReportTellsModelSpanAndCategory) {
     gf_onUserModel("LZ 129");
     EXPECT_TRUE(logHas("\n          SimConnect: User aircraft model: LZ 129, category: "));
     EXPECT_EQ(gf_currentMessage(), "User aircraft wing span unknown, max is taken instead, please report in my Forum!");
-}
-
-TEST_F(UserAircraft, ACameraOrACrewIsNoAircraft) {
-    for (const char* model : {"xx camerapod", "Crew Vessel 1"}) {
-        gf_onUserModel(model);
-        EXPECT_NEAR(userHalfWingSpan, 10 * kMetre, 1e-12);
-        EXPECT_TRUE(gWindow.modelKnown);
-        EXPECT_TRUE(logHas(std::string("\nSimConnect: User aircraft model: ") + model + "\n"));
-    }
-}
-
-TEST_F(UserAircraft, WithoutAModelTheUserGetsARegionalJetsSpan) {
-    gf_onUserModel("");
-    EXPECT_NEAR(userHalfWingSpan, 11 * kMetre, 1e-12);
-    EXPECT_TRUE(gUserHalfSpanKnown);
-    EXPECT_EQ(gWindow.userAircraft.get(), "Unknown (encrypted?) aircraft");
-    EXPECT_TRUE(logHas("171: No model info from your user aircraft received in SimConnect, CRJ7 is taken instead"));
-    halfSpans.erase("CRJ7");
-    gf_onUserModel("");
-    EXPECT_NEAR(userHalfWingSpan, 40 * kMetre, 1e-12);
 }
 
 TEST_F(UserAircraft, ATitleIsCutToFortyEightBytesAndLoggedOnce) {

@@ -71,6 +71,12 @@ struct SIMCONNECT_DATA_INITPOSITION {
     u32 Airspeed;                ///< knots
 };
 
+/// Answer to a call that creates an object.
+struct SIMCONNECT_RECV_ASSIGNED_OBJECT_ID : SIMCONNECT_RECV {
+    u32 dwRequestID;
+    u32 dwObjectID;
+};
+
 /// Definition 403: the user's aircraft.
 struct UserAircraftData {
     f64 lat, lon;              ///< degrees
@@ -109,6 +115,7 @@ static_assert(sizeof(SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE) == 28);
 static_assert(sizeof(SIMCONNECT_RECV_EVENT_FILENAME) == 288);
 static_assert(sizeof(SIMCONNECT_RECV_EVENT_FRAME) == 32);
 static_assert(sizeof(SIMCONNECT_RECV_SIMOBJECT_DATA) == 40);
+static_assert(sizeof(SIMCONNECT_RECV_ASSIGNED_OBJECT_ID) == 20);
 static_assert(sizeof(SIMCONNECT_DATA_INITPOSITION) == 56);
 static_assert(sizeof(UserAircraftData) == 96);
 static_assert(sizeof(AiStatusData) == 56);
@@ -157,6 +164,8 @@ enum SimObjectType : u32 {
     SIMCONNECT_SIMOBJECT_TYPE_ALL = 1,
     SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT = 2,
     SIMCONNECT_SIMOBJECT_TYPE_HELICOPTER = 3,
+    SIMCONNECT_SIMOBJECT_TYPE_BOAT = 4,
+    SIMCONNECT_SIMOBJECT_TYPE_GROUND = 5,
 };
 
 enum SimException : u32 {
@@ -173,6 +182,7 @@ enum SimException : u32 {
     SIMCONNECT_EXCEPTION_INVALID_DATA_TYPE = 18,
     SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE = 19,
     SIMCONNECT_EXCEPTION_DATA_ERROR = 20,
+    SIMCONNECT_EXCEPTION_INVALID_ARRAY = 21,
     SIMCONNECT_EXCEPTION_CREATE_OBJECT_FAILED = 22,
     SIMCONNECT_EXCEPTION_LOAD_FLIGHTPLAN_FAILED = 23,
     SIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE = 24,
@@ -181,6 +191,7 @@ enum SimException : u32 {
     SIMCONNECT_EXCEPTION_INVALID_ENUM = 27,
     SIMCONNECT_EXCEPTION_DEFINITION_ERROR = 28,
     SIMCONNECT_EXCEPTION_DUPLICATE_ID = 29,
+    SIMCONNECT_EXCEPTION_OUT_OF_BOUNDS = 31,
 };
 
 inline constexpr u32 SIMCONNECT_UNUSED = 0xFFFFFFFF;

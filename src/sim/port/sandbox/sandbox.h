@@ -13,8 +13,9 @@ namespace hcr {
 // world moves on to the clock's present time whenever SimConnect_CallDispatch is called. Its functions may be called
 // from any thread, one lock guards them.
 
-/// Starts a fresh sandbox with this scenario and puts it behind gSimPort. With a trace path every call, every event
-/// and once a second the state of each AI object is written there, one JSON object per line. Throws
+/// Starts a fresh sandbox with this scenario and puts it behind gSimPort. With a trace path calls, events and once a
+/// second the state of each AI object are written there, one JSON object per line; of the streams only a count is
+/// told: position writes appear as "writes" in the state lines, frames and dispatches not at all. Throws
 /// std::runtime_error when the trace can't be written.
 void gf_startSandbox(const Scenario& scenario, const std::filesystem::path& trace = {});
 /// Ends the trace and forgets everything.
@@ -25,6 +26,7 @@ void gf_stopSandbox();
 struct SandboxObject {
     u32 id = 0;
     std::string title, tail;
+    std::string from, to;                    ///< of the flight plan that was handed over, empty without one
     f64 lat = 0, lon = 0, alt = 0;           ///< degrees, feet
     f64 pitch = 0, bank = 0, heading = 0;    ///< degrees
     f64 vs = 0, tas = 0;                     ///< feet per minute, knots
@@ -39,12 +41,22 @@ struct SandboxObject {
 std::vector<SandboxObject> gf_sandboxObjects();
 
 struct SandboxCounters {
-    u64 creates = 0, refusals = 0, removals = 0, positionWrites = 0, events = 0, exceptions = 0, frames = 0,
-        calls = 0;
+    u64 creates = 0;         ///< calls that made an object
+    u64 refusals = 0;        ///< create calls answered by an exception
+    u64 removals = 0;        ///< objects that went, by a call or a fault
+    u64 positionWrites = 0;
+    u64 events = 0;          ///< client events that were carried out
+    u64 exceptions = 0;
+    u64 frames = 0;
+    u64 calls = 0;           ///< sent in any session, position writes included
 };
 SandboxCounters gf_sandboxCounters();
 
-/// Seconds on the sandbox's clock since the session opened, 0 before.
+/// The user's aircraft; its lights, gear and so on are those of a parked trainer.
+SandboxObject gf_sandboxUserObject();
+
+/// Seconds on the sandbox's clock since the first session opened, 0 before. A later session doesn't begin anew, so
+/// that neither the user's path nor a fault is played twice.
 f64 gf_sandboxSeconds();
 
 /// Called for every position write that takes effect, under the sandbox's lock; for tests and for the demo's picture.
@@ -54,7 +66,10 @@ void gf_setSandboxPositionHook(SandboxPositionHook hook, void* context);
 
 /// Plays one fault now, as if the scenario had it at this moment.
 void gf_playSandboxFault(const ScenarioFault& fault);
-/// Moves the user's aircraft at once (no teleport fault: it is where it is told to be).
+/// Sets the simulator's clock, Unix seconds; it goes on from there.
+void gf_setSandboxUtc(f64 unixSeconds);
+/// Moves the user's aircraft at once and takes it off its path: it stays where it is told to be. On the ground it
+/// stands on the terrain whatever `alt` is. Degrees, feet, knots.
 void gf_placeSandboxUser(f64 lat, f64 lon, f64 alt, f64 heading, f64 groundSpeed, bool onGround);
 
 }  // namespace hcr

@@ -1,0 +1,57 @@
+#include "sim/port/sandbox/calls.h"
+
+#include <cstring>
+
+#include "sim/port/sandbox/port_call.h"
+
+namespace hcr {
+
+SimPort gf_sandboxPort() {
+    SimPort port;
+    port.SimConnect_Open = lf_open;
+    port.SimConnect_Close = lf_close;
+    port.SimConnect_CallDispatch = lf_callDispatch;
+    port.SimConnect_GetLastSentPacketID = lf_getLastSentPacketId;
+    port.SimConnect_AddToDataDefinition = lf_addToDataDefinition;
+    port.SimConnect_RequestDataOnSimObject = lf_requestData;
+    port.SimConnect_RequestDataOnSimObjectType = lf_requestDataByType;
+    port.SimConnect_SetDataOnSimObject = lf_setData;
+    port.SimConnect_MapClientEventToSimEvent = lf_mapClientEvent;
+    port.SimConnect_AddClientEventToNotificationGroup = lf_addClientEventToGroup;
+    port.SimConnect_SetNotificationGroupPriority = lf_setGroupPriority;
+    port.SimConnect_SubscribeToSystemEvent = lf_subscribe;
+    port.SimConnect_TransmitClientEvent = lf_transmit;
+    port.SimConnect_AICreateNonATCAircraft = lf_createAircraft;
+    port.SimConnect_AIReleaseControl = lf_releaseControl;
+    port.SimConnect_AIRemoveObject = lf_removeObject;
+    port.SimConnect_AISetAircraftFlightPlan = lf_setFlightPlan;
+    return port;
+}
+
+bool gf_sandboxHasCall(const char* name) {
+    constexpr const char* kCalls[] = {
+        "SimConnect_Open",
+        "SimConnect_Close",
+        "SimConnect_CallDispatch",
+        "SimConnect_GetLastSentPacketID",
+        "SimConnect_AddToDataDefinition",
+        "SimConnect_RequestDataOnSimObject",
+        "SimConnect_RequestDataOnSimObjectType",
+        "SimConnect_SetDataOnSimObject",
+        "SimConnect_MapClientEventToSimEvent",
+        "SimConnect_AddClientEventToNotificationGroup",
+        "SimConnect_SetNotificationGroupPriority",
+        "SimConnect_SubscribeToSystemEvent",
+        "SimConnect_TransmitClientEvent",
+        "SimConnect_AICreateNonATCAircraft",
+        "SimConnect_AIReleaseControl",
+        "SimConnect_AIRemoveObject",
+        "SimConnect_AISetAircraftFlightPlan",
+    };
+    for (const char* call : kCalls) {
+        if (std::strcmp(call, name) == 0) return true;
+    }
+    return false;
+}
+
+}  // namespace hcr

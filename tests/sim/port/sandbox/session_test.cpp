@@ -1,0 +1,341 @@
+#include <stdexcept>
+#include <thread>
+
+#include "client.h"
+
+namespace hcr {
+namespace {
+
+struct SandboxSession : SandboxClient {};
+
+constexpr u32 kSim = 201, kAdded = 202, kRemoved = 203, kFrame = 204, kLoaded = 205;
+
+ScenarioFault lf_fault(FaultKind kind, f64 at, f64 seconds = 0) {
+    ScenarioFault fault;
+    fault.kind = kind;
+    fault.at = at;
+    fault.seconds = seconds;
+    return fault;
+}
+
+TEST_F(SandboxSession, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
+    Scenario s = gf_defaultScenario();
+    s.openAfter = 5;
+    s.applicationName = "SunRise";
+    start(s);
+    EXPECT_LT(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0);
+    EXPECT_EQ(handle, nullptr);
+    gf_turnClock(5000000);
+    open();
+    subscribeAll();
+    ASSERT_EQ(dispatch(), 0);
+    ASSERT_FALSE(seen.empty());
+    ASSERT_EQ(seen[0].id(), SIMCONNECT_RECV_ID_OPEN);
+    EXPECT_STREQ(seen[0].as<SIMCONNECT_RECV_OPEN>().szApplicationName, "SunRise");
+    EXPECT_EQ(seen[0].bytes.size(), sizeof(SIMCONNECT_RECV_OPEN));
+}
+
+TEST_F(SandboxSession, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
+    Scenario s = gf_defaultScenario();
+    s.flightAfter = 2;
+    s.frameRate = 20;
+    start(s);
+    open();
+    subscribeAll();
+    const auto before = run(1.9);
+    ASSERT_EQ(eventsOf(before, kSim).size(), 1u);
+    EXPECT_EQ(eventsOf(before, kSim)[0].dwData, 0u);  // the state at the subscription
+    EXPECT_TRUE(eventsOf(before, kFrame).empty());
+    const auto after = run(5.1);
+    ASSERT_EQ(eventsOf(after, kSim).size(), 1u);
+    EXPECT_EQ(eventsOf(after, kSim)[0].dwData, 1u);
+    EXPECT_NEAR(static_cast<f64>(eventsOf(after, kFrame).size()), 100, 1);
+}
+
+TEST_F(SandboxSession, AClientThatStayedAwayGetsNoBurstOfFrames) {
+    start(gf_defaultScenario());
+    open();
+    subscribeAll();
+    run(2);
+    gf_turnClock(60000000);
+    dispatch();
+    dispatch();
+    EXPECT_LE(eventsOf(seen, kFrame).size(), 4u);
+    EXPECT_GE(eventsOf(seen, kFrame).size(), 1u);
+}
+
+TEST_F(SandboxSession, NothingIsAnsweredBeforeTheNextDispatch) {
+    start(gf_defaultScenario());
+    open();
+    run(2);
+    struct Inner {
+        SandboxSession* test;
+        int answersInTheSameDispatch = 0;
+        static void on(SIMCONNECT_RECV* message, u32, void* context) {
+            auto* self = static_cast<Inner*>(context);
+            if (message->dwID == SIMCONNECT_RECV_ID_SIMOBJECT_DATA) ++self->answersInTheSameDispatch;
+            self->test->ask(1, 409, 0);
+        }
+    };
+    Inner inner{this};
+    define(409, "SIM ON GROUND", "Bool", SIMCONNECT_DATATYPE_INT64);
+    ask(1, 409, 0);
+    gSimPort.SimConnect_CallDispatch(handle, Inner::on, &inner);
+    EXPECT_EQ(inner.answersInTheSameDispatch, 1);
+    dispatch();
+    EXPECT_EQ(countOf(seen, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 1u);
+}
+
+TEST_F(SandboxSession, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
+    start(gf_defaultScenario());
+    open();
+    const SimHandle old = handle;
+    SimHandle second = nullptr;
+    EXPECT_LT(gSimPort.SimConnect_Open(&second, "again", nullptr, 0, nullptr, 0), 0);
+    EXPECT_EQ(gSimPort.SimConnect_Close(handle), 0);
+    open();
+    int x = 0;
+    for (const SimHandle bad : {SimHandle{}, SimHandle{&x}, old}) {
+        u32 id = 0;
+        EXPECT_LT(gSimPort.SimConnect_GetLastSentPacketID(bad, &id), 0);
+        EXPECT_LT(gSimPort.SimConnect_CallDispatch(bad, keep, this), 0);
+        EXPECT_LT(gSimPort.SimConnect_AddToDataDefinition(bad, 1, "TITLE", nullptr, 11, 0, 0), 0);
+        EXPECT_LT(gSimPort.SimConnect_AIRemoveObject(bad, 2, 0), 0);
+        EXPECT_LT(gSimPort.SimConnect_Close(bad), 0);
+    }
+    EXPECT_LT(gSimPort.SimConnect_CallDispatch(handle, nullptr, nullptr), 0);
+    EXPECT_LT(gSimPort.SimConnect_AddToDataDefinition(handle, 1, nullptr, nullptr, 11, 0, 0), 0);
+    EXPECT_LT(gSimPort.SimConnect_AICreateNonATCAircraft(handle, nullptr, "X", {}, 0), 0);
+    EXPECT_LT(gSimPort.SimConnect_SetDataOnSimObject(handle, 402, 0, 0, 0, 64, nullptr), 0);
+    EXPECT_LT(gSimPort.SimConnect_GetLastSentPacketID(handle, nullptr), 0);
+    EXPECT_EQ(packet(), 0u) << "what the library refuses is not sent";
+}
+
+TEST_F(SandboxSession, EveryExceptionNamesThePacketAndTheParameter) {
+    start(gf_defaultScenario());
+    open();
+    subscribeAll();
+    define(402, "Plane Latitude", "degree", 4);
+    define(407, "TITLE", nullptr, SIMCONNECT_DATATYPE_STRINGV);
+    mapEvent(219, "GEAR_SET");
+    answers();
+    const auto& p = gSimPort;
+    f64 value = 1, nonsense = 91;
+    const struct {
+        const char* what;
+        SimResult result;
+        u32 exception, index;
+    } rows[] = {
+        {"variable", p.SimConnect_AddToDataDefinition(handle, 1, "Plane Latitute", "degree", 4, 0, 0), 7, 2},
+        {"index on a plain variable", p.SimConnect_AddToDataDefinition(handle, 1, "Plane Altitude:1", "feet", 4, 0, 0),
+         7, 2},
+        {"fifth engine",
+         p.SimConnect_AddToDataDefinition(handle, 1, "GENERAL ENG THROTTLE LEVER POSITION:5", "percent", 4, 0, 0), 7, 2},
+        {"unit", p.SimConnect_AddToDataDefinition(handle, 1, "Plane Latitude", "feet", 4, 0, 0), 7, 3},
+        {"no unit", p.SimConnect_AddToDataDefinition(handle, 1, "Plane Latitude", nullptr, 4, 0, 0), 7, 3},
+        {"number as text", p.SimConnect_AddToDataDefinition(handle, 1, "Plane Latitude", "degree", 6, 0, 0), 18, 4},
+        {"text as number", p.SimConnect_AddToDataDefinition(handle, 1, "ATC ID", nullptr, 4, 0, 0), 18, 4},
+        {"no such type", p.SimConnect_AddToDataDefinition(handle, 1, "ATC ID", nullptr, 99, 0, 0), 18, 4},
+        {"definition", p.SimConnect_RequestDataOnSimObject(handle, 1, 999, 0, 1, 0, 0, 0, 0), 3, 2},
+        {"object", p.SimConnect_RequestDataOnSimObject(handle, 1, 402, 77, 1, 0, 0, 0, 0), 3, 3},
+        {"period", p.SimConnect_RequestDataOnSimObject(handle, 1, 402, 0, 5, 0, 0, 0, 0), 27, 4},
+        {"definition by type", p.SimConnect_RequestDataOnSimObjectType(handle, 1, 999, 1000, 2), 3, 2},
+        {"radius", p.SimConnect_RequestDataOnSimObjectType(handle, 1, 402, 200001, 2), 31, 3},
+        {"object type", p.SimConnect_RequestDataOnSimObjectType(handle, 1, 402, 1000, 9), 27, 4},
+        {"write to no definition", p.SimConnect_SetDataOnSimObject(handle, 999, 0, 0, 0, 8, &value), 3, 1},
+        {"write to no object", p.SimConnect_SetDataOnSimObject(handle, 402, 77, 0, 0, 8, &value), 3, 2},
+        {"size", p.SimConnect_SetDataOnSimObject(handle, 402, 0, 0, 0, 4, &value), 19, 5},
+        {"beyond the pole", p.SimConnect_SetDataOnSimObject(handle, 402, 0, 0, 0, 8, &nonsense), 31, 6},
+        {"write of a read-only text", p.SimConnect_SetDataOnSimObject(handle, 407, 0, 0, 0, 0, &value), 19, 5},
+        {"event name", p.SimConnect_MapClientEventToSimEvent(handle, 1, "GEAR_SETT"), 7, 2},
+        {"event twice", p.SimConnect_MapClientEventToSimEvent(handle, 219, "FLAPS_SET"), 9, 1},
+        {"event unmapped", p.SimConnect_AddClientEventToNotificationGroup(handle, 301, 999, 1), 3, 2},
+        {"event twice in the group", p.SimConnect_AddClientEventToNotificationGroup(handle, 301, 219, 1), 29, 2},
+        {"group", p.SimConnect_SetNotificationGroupPriority(handle, 999, 1), 3, 1},
+        {"system event", p.SimConnect_SubscribeToSystemEvent(handle, 999, "Framee"), 7, 2},
+        {"subscribed twice", p.SimConnect_SubscribeToSystemEvent(handle, 999, "frame"), 26, 2},
+        {"transmit to no object", p.SimConnect_TransmitClientEvent(handle, 77, 219, 1, 301, 0), 3, 1},
+        {"transmit unmapped", p.SimConnect_TransmitClientEvent(handle, 0, 999, 1, 301, 0), 3, 2},
+        {"transmit in no group", p.SimConnect_TransmitClientEvent(handle, 0, 219, 1, 302, 0), 3, 4},
+        {"release of nobody", p.SimConnect_AIReleaseControl(handle, 77, 0), 3, 1},
+        {"release of the user", p.SimConnect_AIReleaseControl(handle, 1, 0), 24, 1},
+        {"removal of the user", p.SimConnect_AIRemoveObject(handle, 0, 0), 24, 1},
+        {"plan for nobody", p.SimConnect_AISetAircraftFlightPlan(handle, 77, "x.pln", 0), 3, 1},
+    };
+    const u32 last = packet();
+    const auto messages = answers();
+    ASSERT_EQ(messages.size(), std::size(rows));
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_EQ(rows[i].result, 0) << rows[i].what;
+        const auto e = messages[i].as<SIMCONNECT_RECV_EXCEPTION>();
+        EXPECT_EQ(e.dwID, SIMCONNECT_RECV_ID_EXCEPTION) << rows[i].what;
+        EXPECT_EQ(e.dwException, rows[i].exception) << rows[i].what;
+        EXPECT_EQ(e.dwIndex, rows[i].index) << rows[i].what;
+        EXPECT_EQ(e.dwSendID, last - std::size(rows) + 1 + i) << rows[i].what;
+    }
+}
+
+TEST_F(SandboxSession, PauseStopsFramesAndSecondsAndTheUserAndResumesByItself) {
+    Scenario s = gf_defaultScenario();
+    s.elevation = 0;
+    s.user = {{0, 50, 0, 5000, 90, 100, false}, {100, 50, 1, 5000, 90, 100, false}};
+    s.faults = {lf_fault(FaultKind::pause, 10, 20)};
+    start(s);
+    open();
+    subscribeAll();
+    define(1, "Plane Longitude", "degrees", 4);
+    ask(7, 1, 0, SIMCONNECT_PERIOD_SECOND);
+    run(10.1);
+    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.10, 1e-6);
+    const auto paused = run(19);
+    EXPECT_EQ(countOf(paused, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 0u);
+    EXPECT_TRUE(eventsOf(paused, kFrame).empty());
+    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.10, 1e-6);
+    const auto resumed = run(10.9);
+    ASSERT_EQ(eventsOf(resumed, kSim).size(), 1u);
+    EXPECT_EQ(eventsOf(resumed, kSim)[0].dwData, 1u);
+    EXPECT_EQ(countOf(resumed, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 10u);
+    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.20, 1e-6);
+}
+
+TEST_F(SandboxSession, AfterQuitTheSessionIsDeadAndTheSimulatorComesBackLater) {
+    Scenario s = gf_defaultScenario();
+    s.faults = {lf_fault(FaultKind::quit, 5, 30)};
+    start(s);
+    open();
+    subscribeAll();
+    run(4);
+    create("A320", "KLM1");
+    const auto end = run(1.5);
+    EXPECT_EQ(countOf(end, SIMCONNECT_RECV_ID_QUIT), 1u);
+    EXPECT_EQ(end.back().id(), SIMCONNECT_RECV_ID_QUIT);
+    EXPECT_TRUE(gf_sandboxObjects().empty());
+    EXPECT_LT(gSimPort.SimConnect_AIRemoveObject(handle, 2, 0), 0);
+    EXPECT_LT(dispatch(), 0);
+    EXPECT_EQ(gSimPort.SimConnect_Close(handle), 0);
+    EXPECT_LT(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0);
+    gf_turnClock(30000000);
+    open();
+    subscribeAll();
+    const auto again = run(2);
+    EXPECT_EQ(again.front().id(), SIMCONNECT_RECV_ID_OPEN);
+    EXPECT_EQ(eventsOf(again, kSim).back().dwData, 1u);
+    EXPECT_NEAR(gf_sandboxSeconds(), 37.5, 1e-6) << "its clock doesn't begin anew";
+}
+
+TEST_F(SandboxSession, FaultsReachTheClient) {
+    start(gf_defaultScenario());
+    open();
+    subscribeAll();
+    run(2);
+    gf_playSandboxFault(lf_fault(FaultKind::flightLoaded, 0));
+    gf_playSandboxFault(lf_fault(FaultKind::newFile, 0));
+    ScenarioFault exception = lf_fault(FaultKind::exception, 0);
+    exception.number = 5;
+    gf_playSandboxFault(exception);
+    ScenarioFault teleport = lf_fault(FaultKind::teleport, 0);
+    teleport.lat = 40;
+    teleport.lon = -73;
+    gf_playSandboxFault(teleport);
+    ScenarioFault foreign = lf_fault(FaultKind::addObject, 0);
+    foreign.text = "AS-GEN";
+    foreign.lat = 40;
+    foreign.lon = -73;
+    gf_playSandboxFault(foreign);
+    const auto messages = answers();
+    ASSERT_EQ(eventsOf(messages, kLoaded).size(), 2u);
+    EXPECT_EQ(countOf(messages, SIMCONNECT_RECV_ID_EVENT_FILENAME), 1u);
+    EXPECT_EQ(exceptionOf(messages).dwException, 5u);
+    EXPECT_EQ(eventsOf(messages, kAdded).size(), 1u);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Latitude", "degrees"), 40);
+    ScenarioFault remove = lf_fault(FaultKind::removeObject, 0);
+    remove.text = "AS-GEN";
+    gf_playSandboxFault(remove);
+    EXPECT_EQ(eventsOf(answers(), kRemoved).size(), 1u);
+}
+
+TEST_F(SandboxSession, ACallFailsAsOftenAsTheFaultSays) {
+    start(gf_defaultScenario());
+    open();
+    ScenarioFault fault = lf_fault(FaultKind::failCall, 0);
+    fault.call = "SimConnect_RequestDataOnSimObject";
+    fault.count = 2;
+    gf_playSandboxFault(fault);
+    define(1, "Plane Longitude", "degrees", 4);
+    const u32 before = packet();
+    EXPECT_LT(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
+    EXPECT_LT(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
+    EXPECT_EQ(packet(), before);
+    EXPECT_EQ(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
+}
+
+TEST_F(SandboxSession, SlowFramesEndAndTheFrameTellsItsRate) {
+    start(gf_defaultScenario());
+    open();
+    subscribeAll();
+    run(2);
+    ScenarioFault slow = lf_fault(FaultKind::slowFrames, 0, 10);
+    slow.rate = 5;
+    gf_playSandboxFault(slow);
+    const auto slowly = run(10);
+    EXPECT_NEAR(static_cast<f64>(eventsOf(slowly, kFrame).size()), 50, 2);
+    EXPECT_FLOAT_EQ(slowly.back().as<SIMCONNECT_RECV_EVENT_FRAME>().fFrameRate, 5);
+    EXPECT_NEAR(static_cast<f64>(eventsOf(run(10), kFrame).size()), 300, 2);
+}
+
+TEST_F(SandboxSession, ClosingTakesTheClientsAircraftAway) {
+    start(gf_defaultScenario());
+    open();
+    run(2);
+    create("A320", "KLM1");
+    ASSERT_EQ(gf_sandboxObjects().size(), 1u);
+    gSimPort.SimConnect_Close(handle);
+    EXPECT_TRUE(gf_sandboxObjects().empty());
+    open();
+    EXPECT_GT(create("A320", "KLM1"), 0u);
+}
+
+TEST_F(SandboxSession, ADispatchFunctionMayThrowOrCloseTheSession) {
+    start(gf_defaultScenario());
+    open();
+    subscribeAll();
+    const auto thrower = [](SIMCONNECT_RECV*, u32, void*) { throw std::runtime_error("wrong simulator"); };
+    EXPECT_THROW(gSimPort.SimConnect_CallDispatch(handle, thrower, nullptr), std::runtime_error);
+    run(2);
+    define(1, "Plane Longitude", "degrees", 4);
+    for (int i = 0; i < 3; ++i) ask(1, 1, 0);
+    int calls = 0;
+    struct Context {
+        SimHandle handle;
+        int* calls;
+    } context{handle, &calls};
+    const auto closer = [](SIMCONNECT_RECV*, u32, void* c) {
+        auto* ctx = static_cast<Context*>(c);
+        ++*ctx->calls;
+        gSimPort.SimConnect_Close(ctx->handle);
+    };
+    EXPECT_EQ(gSimPort.SimConnect_CallDispatch(handle, closer, &context), 0);
+    EXPECT_EQ(calls, 1) << "a closed session delivers nothing more";
+}
+
+TEST_F(SandboxSession, TwoThreadsMayWorkAtOnce) {
+    start(gf_defaultScenario());
+    open();
+    subscribeAll();
+    definePosition();
+    run(2);
+    const u32 id = create("A320", "KLM1");
+    std::thread worker([&] {
+        for (int i = 0; i < 2000; ++i) write(id, 52 + i * 1e-5, 4, 3000);
+    });
+    for (int i = 0; i < 500; ++i) {
+        gf_turnClock(1000);
+        dispatch();
+        create("A320", "KLM2");
+    }
+    worker.join();
+    EXPECT_EQ(object(id).positionWrites, 2000);
+}
+
+}  // namespace
+}  // namespace hcr

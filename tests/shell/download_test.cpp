@@ -17,6 +17,7 @@ struct Download : test::ShellWorld {
     void SetUp() override {
         ShellWorld::SetUp();
         gDownloadLimits = {};
+        setenv("no_proxy", "*", 1);
         write("target", "old");
         write("local/file", "from the disc");
         useFileBase(false);
@@ -26,6 +27,7 @@ struct Download : test::ShellWorld {
         gDownloadLimits = {};
         gStop = false;
         unsetenv("HALCYRANE_DATA_BASE");
+        unsetenv("no_proxy");
         ShellWorld::TearDown();
     }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <mutex>
 #include <stdexcept>
@@ -17,49 +18,64 @@ namespace {
 
 constexpr const char* kSimulatorNames = "MSFS 2020/2024";
 
-/// Guards every write and flush. The innermost lock: nothing else is taken while it is held.
-std::recursive_mutex gLogMutex;
-std::ofstream gLogStream;
+struct LogState {
+    /// Guards every write and flush. The innermost lock: nothing else is taken while it is held.
+    std::recursive_mutex mutex;
+    std::ofstream stream;
+};
 
-void lf_writeLine(std::string_view mark, std::string_view line) {
+/// Made at the first use and never destroyed, so that a thread that outlives main may still log.
+LogState& lf_log() {
+    static LogState& state = *new LogState;
+    return state;
+}
+
+void lf_writeLine(std::ofstream& stream, std::string_view mark, std::string_view line) {
     // One full disk must not silence the log for the rest of the run.
-    if (!gLogStream) gLogStream.clear();
-    gLogStream << mark << line << '\n';
+    if (!stream) stream.clear();
+    stream << mark << line << '\n';
 }
 
 }  // namespace
 
 void gf_openLog(const std::filesystem::path& path) {
-    const std::lock_guard lock(gLogMutex);
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
     gf_closeLog();
+    // What is buffered reaches the file however the process ends; later lines are dropped.
+    [[maybe_unused]] static const int registered = std::atexit(gf_closeLog);
     gf_saveUpto3GenerationsOf(path);
-    gLogStream.open(path, std::ios::binary | std::ios::trunc);
-    if (!gLogStream.is_open()) throw std::runtime_error("Failed to write file " + gf_pathToUtf8(path));
+    log.stream.open(path, std::ios::binary | std::ios::trunc);
+    if (!log.stream.is_open()) throw std::runtime_error("Failed to write file " + gf_shownPath(path));
     gf_log(fmt::format("{} (utc) {} version {} for {}", gf_utcTimeText(), kProgramName, gf_programVersion().text(),
                        kSimulatorNames));
 }
 
 void gf_closeLog() {
-    const std::lock_guard lock(gLogMutex);
-    if (gLogStream.is_open()) gLogStream.close();
-    gLogStream.clear();
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    if (log.stream.is_open()) log.stream.close();
+    log.stream.clear();
 }
 
 void gf_log(std::string_view line) {
-    const std::lock_guard lock(gLogMutex);
-    if (gLogStream.is_open()) lf_writeLine("", line);
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    if (log.stream.is_open()) lf_writeLine(log.stream, "", line);
 }
 
 void gf_logFlush() {
-    const std::lock_guard lock(gLogMutex);
-    if (gLogStream.is_open()) gLogStream.flush();
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    if (log.stream.is_open()) log.stream.flush();
 }
 
 void gf_logError(std::string_view line) {
-    const std::lock_guard lock(gLogMutex);
-    if (!gLogStream.is_open()) return;
-    lf_writeLine("==> ", line);
-    gLogStream.flush();
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    if (!log.stream.is_open()) return;
+    lf_writeLine(log.stream, "==> ", line);
+    log.stream.flush();
 }
 
 void gf_logIfRunning(std::string_view line) {

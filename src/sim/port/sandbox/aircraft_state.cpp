@@ -8,10 +8,10 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kTouchFt = 0.5;            // the gear touches while it is within this of standing height
-constexpr f64 kSettleS = 2;              // the AI leaves a new or retaken aircraft alone for so long
-constexpr f64 kAiMinSpeedKt = 60;        // an aircraft in the air doesn't stand still
-constexpr f64 kAiCreepKt = 3;            // nor does one on the ground that nobody holds
+constexpr f64 kTouchFt = 0.5;      // the gear touches while it is within this of standing height
+constexpr f64 kSettleS = 2;        // the AI leaves a new or retaken aircraft alone for so long
+constexpr f64 kAiMinSpeedKt = 60;  // an aircraft in the air doesn't stand still
+constexpr f64 kAiCreepKt = 3;      // nor does one on the ground that nobody holds
 constexpr f64 kAiSinkFtPerSec = 500.0 / 60;
 constexpr f64 kFallFtPerSec = 1500.0 / 60;  // without AI and without a frozen altitude nobody flies it
 constexpr f64 kAiTurnRadPerSec = 1 * kDegToRad;
@@ -25,14 +25,22 @@ f64 lf_wrapLon(f64 lon) {
 
 u32 lf_lightOf(SandboxSimEvent event) {
     switch (event) {
-        case SandboxSimEvent::nav: return kLightNav;
-        case SandboxSimEvent::beacon: return kLightBeacon;
-        case SandboxSimEvent::landing: return kLightLanding;
-        case SandboxSimEvent::taxi: return kLightTaxi;
-        case SandboxSimEvent::strobes: return kLightStrobe;
-        case SandboxSimEvent::logo: return kLightLogo;
-        case SandboxSimEvent::cabin: return kLightCabin;
-        default: return 0;
+        case SandboxSimEvent::nav:
+            return kLightNav;
+        case SandboxSimEvent::beacon:
+            return kLightBeacon;
+        case SandboxSimEvent::landing:
+            return kLightLanding;
+        case SandboxSimEvent::taxi:
+            return kLightTaxi;
+        case SandboxSimEvent::strobes:
+            return kLightStrobe;
+        case SandboxSimEvent::logo:
+            return kLightLogo;
+        case SandboxSimEvent::cabin:
+            return kLightCabin;
+        default:
+            return 0;
     }
 }
 
@@ -105,20 +113,40 @@ void gf_sandboxApplyEvent(SandboxAircraft& ac, SandboxSimEvent event, u32 data, 
     const u32 scaled = std::min(data, kSandboxFullScale);
     const f64 percent = scaled * 100.0 / kSandboxFullScale;
     switch (event) {
-        case SandboxSimEvent::gear: ac.gearDown = data != 0; break;
-        case SandboxSimEvent::engineStart: ac.engines = true; break;
-        case SandboxSimEvent::engineStop: ac.engines = false; break;
-        case SandboxSimEvent::throttle: ac.throttle.fill(percent); break;
+        case SandboxSimEvent::gear:
+            ac.gearDown = data != 0;
+            break;
+        case SandboxSimEvent::engineStart:
+            ac.engines = true;
+            break;
+        case SandboxSimEvent::engineStop:
+            ac.engines = false;
+            break;
+        case SandboxSimEvent::throttle:
+            ac.throttle.fill(percent);
+            break;
         case SandboxSimEvent::flaps:
             ac.flaps = scaled;
             ac.released = false;  // the simulator's AI takes control again
             break;
-        case SandboxSimEvent::spoilers: ac.spoilers = percent; break;
-        case SandboxSimEvent::allLights: ac.lights ^= kAllSandboxLights; break;
-        case SandboxSimEvent::freezePosition: ac.frozenPosition = data != 0; break;
-        case SandboxSimEvent::freezeAltitude: ac.frozenAltitude = data != 0; break;
-        case SandboxSimEvent::freezeAttitude: ac.frozenAttitude = data != 0; break;
-        default: lf_setLight(ac.lights, lf_lightOf(event), data != 0); break;
+        case SandboxSimEvent::spoilers:
+            ac.spoilers = percent;
+            break;
+        case SandboxSimEvent::allLights:
+            ac.lights ^= kAllSandboxLights;
+            break;
+        case SandboxSimEvent::freezePosition:
+            ac.frozenPosition = data != 0;
+            break;
+        case SandboxSimEvent::freezeAltitude:
+            ac.frozenAltitude = data != 0;
+            break;
+        case SandboxSimEvent::freezeAttitude:
+            ac.frozenAttitude = data != 0;
+            break;
+        default:
+            lf_setLight(ac.lights, lf_lightOf(event), data != 0);
+            break;
     }
     if (wasHeld && !gf_sandboxHeld(ac)) ac.looseSince = now;
 }

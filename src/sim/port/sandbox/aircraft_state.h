@@ -25,18 +25,18 @@ struct SandboxAircraft {
     f64 staticCg = 0, staticPitch = 0;     ///< feet, radians
     f64 ground = 0;                        ///< elevation under it, feet; valid while groundKnown
     bool groundKnown = false;
-    bool standing = false;                 ///< the user's aircraft: on the ground by its path
-    bool foreign = false;                  ///< not created by the client
-    bool released = false;                 ///< the simulator's AI doesn't control it
+    bool standing = false;  ///< the user's aircraft: on the ground by its path
+    bool foreign = false;   ///< not created by the client
+    bool released = false;  ///< the simulator's AI doesn't control it
     bool frozenPosition = false, frozenAltitude = false, frozenAttitude = false;
-    f64 looseSince = 0;                    ///< seconds; when something began to move it
+    f64 looseSince = 0;  ///< seconds; when something began to move it
     bool gearDown = false, engines = false;
-    u32 flaps = 0;                         ///< 0..16383
-    f64 spoilers = 0;                      ///< percent
+    u32 flaps = 0;                                ///< 0..16383
+    f64 spoilers = 0;                             ///< percent
     std::array<f64, kSandboxEngines> throttle{};  ///< percent
-    u32 lights = 0;                        ///< SandboxLight bits
+    u32 lights = 0;                               ///< SandboxLight bits
     i64 positionWrites = 0;
-    i64 tracedWrites = 0;                  ///< position writes that the trace has told of
+    i64 tracedWrites = 0;  ///< position writes that the trace has told of
 };
 
 /// Bits of the variable of the light states (published mask).

@@ -102,8 +102,8 @@ SimResult lf_requestData(SimHandle handle, u32 request, u32 definition, u32 obje
     SandboxCall call = gf_sandboxBegin("SimConnect_RequestDataOnSimObject", handle);
     if (!call.sent()) return call.result;
     gf_sandboxTraceLine(call.world.trace, call.world.now, "call", "SimConnect_RequestDataOnSimObject", "request",
-                        request, "definition", definition, "object", object, "period", period, "flags", flags,
-                        "origin", origin, "interval", interval, "limit", limit, "packet", call.packet);
+                        request, "definition", definition, "object", object, "period", period, "flags", flags, "origin",
+                        origin, "interval", interval, "limit", limit, "packet", call.packet);
     const SandboxDefinition* known = gf_sandboxDefinition(call.session, definition);
     if (!known) return gf_sandboxRefuse(call, SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID, 2);
     SandboxAircraft* ac = gf_sandboxFind(call.world, object);
@@ -160,8 +160,8 @@ SimResult lf_setData(SimHandle handle, u32 definition, u32 object, u32 flags, u3
     if (world.trace.on && !(known && known->position)) {
         const std::string values = fits ? lf_valuesJson(*known, data) : "[]";
         gf_sandboxTraceLine(world.trace, world.now, "call", "SimConnect_SetDataOnSimObject", "definition", definition,
-                            "object", object, "size", unitSize, "values",
-                            SandboxTraceRaw{values}, "packet", call.packet);
+                            "object", object, "size", unitSize, "values", SandboxTraceRaw{values}, "packet",
+                            call.packet);
     }
     if (!known) return gf_sandboxRefuse(call, SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID, 1);
     SandboxAircraft* ac = gf_sandboxFind(world, object);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -10,9 +11,9 @@
 namespace hcr {
 namespace {
 
-constexpr std::size_t kMaxTail = 12;           // published limit of a tail number
-constexpr std::size_t kMaxPlanBytes = 65536;   // a plan that is longer isn't one of the small ones served here
-constexpr f64 kDesignSpeedKt = 250;            // for the airspeeds "design cruise" and "keep"
+constexpr std::size_t kMaxTail = 12;          // published limit of a tail number
+constexpr std::size_t kMaxPlanBytes = 65536;  // a plan that is longer isn't one of the small ones served here
+constexpr f64 kDesignSpeedKt = 250;           // for the airspeeds "design cruise" and "keep"
 constexpr u32 kAirspeedKeep = SIMCONNECT_UNUSED - 1;
 constexpr f64 kMaxAltitudeFt = 500000;
 constexpr f64 kMaxAngle = 720;
@@ -58,7 +59,7 @@ SandboxAircraft lf_newAircraft(const SandboxWorld& world, const std::string& tit
         ac.pitch = ac.staticPitch;
         ac.gearDown = true;
     } else {
-        ac.alt = p.Altitude;
+        ac.alt = std::max(f64{p.Altitude}, gf_sandboxGroundUnder(world.scenario, ac) + ac.staticCg);
         ac.pitch = p.Pitch * kDegToRad;
         ac.bank = p.Bank * kDegToRad;
         ac.engines = true;
@@ -117,8 +118,8 @@ SimResult lf_createAircraft(SimHandle handle, const char* title, const char* tai
     SandboxWorld& world = call.world;
     const SIMCONNECT_DATA_INITPOSITION& p = position;
     gf_sandboxTraceLine(world.trace, world.now, "call", kName, "title", title, "tail", tailNumber, "lat",
-                        f64{p.Latitude}, "lon", f64{p.Longitude}, "alt", f64{p.Altitude}, "pitch", f64{p.Pitch},
-                        "bank", f64{p.Bank}, "heading", f64{p.Heading}, "on_ground", u32{p.OnGround}, "airspeed",
+                        f64{p.Latitude}, "lon", f64{p.Longitude}, "alt", f64{p.Altitude}, "pitch", f64{p.Pitch}, "bank",
+                        f64{p.Bank}, "heading", f64{p.Heading}, "on_ground", u32{p.OnGround}, "airspeed",
                         u32{p.Airspeed}, "packet", call.packet);
     const std::string name = title;
     if (const u32 index = lf_judgeCreate(world, name, tailNumber, p); index != 0) {
@@ -132,7 +133,7 @@ SimResult lf_createAircraft(SimHandle handle, const char* title, const char* tai
     ++world.counters.creates;
     const SandboxAircraft& ac = gf_sandboxAddAircraft(world, lf_newAircraft(world, name, tailNumber, p));
     if (auto* answer = gf_sandboxAdd<SIMCONNECT_RECV_ASSIGNED_OBJECT_ID>(call.session.waiting,
-                                                                        SIMCONNECT_RECV_ID_ASSIGNED_OBJECT_ID)) {
+                                                                         SIMCONNECT_RECV_ID_ASSIGNED_OBJECT_ID)) {
         answer->dwRequestID = request;
         answer->dwObjectID = ac.id;
     }
@@ -143,8 +144,8 @@ SimResult lf_releaseControl(SimHandle handle, u32 object, u32 request) {
     constexpr const char* kName = "SimConnect_AIReleaseControl";
     SandboxCall call = gf_sandboxBegin(kName, handle);
     if (!call.sent()) return call.result;
-    gf_sandboxTraceLine(call.world.trace, call.world.now, "call", kName, "object", object, "request", request,
-                        "packet", call.packet);
+    gf_sandboxTraceLine(call.world.trace, call.world.now, "call", kName, "object", object, "request", request, "packet",
+                        call.packet);
     if (SandboxAircraft* ac = lf_own(call, object)) ac->released = true;
     return kSandboxOk;
 }
@@ -153,8 +154,8 @@ SimResult lf_removeObject(SimHandle handle, u32 object, u32 request) {
     constexpr const char* kName = "SimConnect_AIRemoveObject";
     SandboxCall call = gf_sandboxBegin(kName, handle);
     if (!call.sent()) return call.result;
-    gf_sandboxTraceLine(call.world.trace, call.world.now, "call", kName, "object", object, "request", request,
-                        "packet", call.packet);
+    gf_sandboxTraceLine(call.world.trace, call.world.now, "call", kName, "object", object, "request", request, "packet",
+                        call.packet);
     if (lf_own(call, object)) gf_sandboxRemoveAircraft(call.world, object);
     return kSandboxOk;
 }

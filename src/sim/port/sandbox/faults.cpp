@@ -86,16 +86,28 @@ void gf_sandboxQuit(SandboxWorld& world, f64 seconds) {
 
 void gf_sandboxPlay(SandboxWorld& world, const ScenarioFault& fault) {
     switch (fault.kind) {
-        case FaultKind::quit: gf_sandboxQuit(world, fault.seconds); break;
-        case FaultKind::flightLoaded: gf_sandboxSendEvent(world, SandboxSystemEvent::flightLoaded, 0); break;
+        case FaultKind::quit:
+            gf_sandboxQuit(world, fault.seconds);
+            break;
+        case FaultKind::flightLoaded:
+            gf_sandboxSendEvent(world, SandboxSystemEvent::flightLoaded, 0);
+            break;
         case FaultKind::newFile:
             gf_sandboxSendFileEvent(world, SandboxSystemEvent::flightLoaded,
                                     fault.text.empty() ? "flights/other/custom.flt" : fault.text);
             break;
-        case FaultKind::teleport: lf_teleport(world, fault); break;
-        case FaultKind::pause: gf_sandboxPause(world, fault.seconds); break;
-        case FaultKind::resume: gf_sandboxResume(world); break;
-        case FaultKind::failCall: world.failing[fault.call] = fault.count; break;
+        case FaultKind::teleport:
+            lf_teleport(world, fault);
+            break;
+        case FaultKind::pause:
+            gf_sandboxPause(world, fault.seconds);
+            break;
+        case FaultKind::resume:
+            gf_sandboxResume(world);
+            break;
+        case FaultKind::failCall:
+            world.failing[fault.call] = fault.count;
+            break;
         case FaultKind::slowFrames:
             if (fault.rate > 0) gf_sandboxSetFrameRate(world, fault.rate);
             world.slowUntil = fault.seconds > 0 ? world.now + fault.seconds : kNever;
@@ -103,13 +115,19 @@ void gf_sandboxPlay(SandboxWorld& world, const ScenarioFault& fault) {
         case FaultKind::exception:
             gf_sandboxSendException(world, static_cast<SimException>(fault.number), 0, 0);
             break;
-        case FaultKind::removeObject: lf_removeByTail(world, fault.text); break;
+        case FaultKind::removeObject:
+            lf_removeByTail(world, fault.text);
+            break;
         case FaultKind::addTitle:
             world.refused.erase(fault.text);
             world.installed.insert(fault.text);
             break;
-        case FaultKind::refuseTitle: world.refused.insert(fault.text); break;
-        case FaultKind::addObject: lf_addForeign(world, fault); break;
+        case FaultKind::refuseTitle:
+            world.refused.insert(fault.text);
+            break;
+        case FaultKind::addObject:
+            lf_addForeign(world, fault);
+            break;
     }
 }
 

@@ -9,8 +9,8 @@ namespace hcr {
 // The frame of every call: lock, check of the handle, packet id. Inside the sandbox only.
 
 inline constexpr SimResult kSandboxOk = 0;
-inline constexpr SimResult kSandboxFail = static_cast<SimResult>(0x80004005u);            // E_FAIL
-inline constexpr SimResult kSandboxBadArgument = static_cast<SimResult>(0x80070057u);     // E_INVALIDARG
+inline constexpr SimResult kSandboxFail = static_cast<SimResult>(0x80004005u);         // E_FAIL
+inline constexpr SimResult kSandboxBadArgument = static_cast<SimResult>(0x80070057u);  // E_INVALIDARG
 
 /// A call that is being carried out; holds the lock. Only with `result` kSandboxOk was it sent and has a packet id.
 struct SandboxCall {
@@ -20,7 +20,9 @@ struct SandboxCall {
     SimResult result = kSandboxOk;
     u32 packet = 0;
 
-    bool sent() const { return result == kSandboxOk; }
+    bool sent() const {
+        return result == kSandboxOk;
+    }
 };
 
 /// Begins a call that is sent to the simulator. `valid` false: an argument that the client library itself refuses.
@@ -42,8 +44,7 @@ SimResult lf_addToDataDefinition(SimHandle handle, u32 definition, const char* v
 SimResult lf_requestData(SimHandle handle, u32 request, u32 definition, u32 object, u32 period, u32 flags, u32 origin,
                          u32 interval, u32 limit);
 SimResult lf_requestDataByType(SimHandle handle, u32 request, u32 definition, u32 radiusMetres, u32 objectType);
-SimResult lf_setData(SimHandle handle, u32 definition, u32 object, u32 flags, u32 arrayCount, u32 unitSize,
-                     void* data);
+SimResult lf_setData(SimHandle handle, u32 definition, u32 object, u32 flags, u32 arrayCount, u32 unitSize, void* data);
 
 SimResult lf_mapClientEvent(SimHandle handle, u32 event, const char* name);
 SimResult lf_addClientEventToGroup(SimHandle handle, u32 group, u32 event, i32 maskable);

@@ -35,29 +35,50 @@ ZuluTime lf_zulu(const SandboxWorld& world) {
 
 f64 lf_value(SandboxWorld& world, SandboxAircraft& ac, const SandboxDatum& datum) {
     switch (datum.facts->var) {
-        case SandboxVar::onGround: return gf_sandboxOnGround(world.scenario, ac) ? 1 : 0;
-        case SandboxVar::latitude: return ac.lat;
-        case SandboxVar::longitude: return ac.lon;
-        case SandboxVar::pitch: return ac.pitch;
-        case SandboxVar::bank: return ac.bank;
-        case SandboxVar::heading: return ac.heading;
-        case SandboxVar::altitude: return ac.alt;
-        case SandboxVar::verticalSpeed: return ac.vs;
-        case SandboxVar::trueAirspeed: return ac.tas;
-        case SandboxVar::heightAboveGround: return ac.alt - gf_sandboxGroundUnder(world.scenario, ac);
-        case SandboxVar::groundSpeed: return ac.tas;
-        case SandboxVar::zuluTime: return lf_zulu(world).seconds;
-        case SandboxVar::zuluDay: return lf_zulu(world).day;
-        case SandboxVar::zuluYear: return lf_zulu(world).year;
-        case SandboxVar::lightStates: return ac.lights;
-        case SandboxVar::staticCg: return ac.staticCg;
-        case SandboxVar::staticPitch: return ac.staticPitch;
-        case SandboxVar::groundAltitude: return gf_sandboxGroundUnder(world.scenario, ac);
-        case SandboxVar::spoilers: return ac.spoilers;
-        case SandboxVar::throttle: return ac.throttle[datum.engine - 1];
+        case SandboxVar::onGround:
+            return gf_sandboxOnGround(world.scenario, ac) ? 1 : 0;
+        case SandboxVar::latitude:
+            return ac.lat;
+        case SandboxVar::longitude:
+            return ac.lon;
+        case SandboxVar::pitch:
+            return ac.pitch;
+        case SandboxVar::bank:
+            return ac.bank;
+        case SandboxVar::heading:
+            return ac.heading;
+        case SandboxVar::altitude:
+            return ac.alt;
+        case SandboxVar::verticalSpeed:
+            return ac.vs;
+        case SandboxVar::trueAirspeed:
+            return ac.tas;
+        case SandboxVar::heightAboveGround:
+            return ac.alt - gf_sandboxGroundUnder(world.scenario, ac);
+        case SandboxVar::groundSpeed:
+            return ac.tas;
+        case SandboxVar::zuluTime:
+            return lf_zulu(world).seconds;
+        case SandboxVar::zuluDay:
+            return lf_zulu(world).day;
+        case SandboxVar::zuluYear:
+            return lf_zulu(world).year;
+        case SandboxVar::lightStates:
+            return ac.lights;
+        case SandboxVar::staticCg:
+            return ac.staticCg;
+        case SandboxVar::staticPitch:
+            return ac.staticPitch;
+        case SandboxVar::groundAltitude:
+            return gf_sandboxGroundUnder(world.scenario, ac);
+        case SandboxVar::spoilers:
+            return ac.spoilers;
+        case SandboxVar::throttle:
+            return ac.throttle[datum.engine - 1];
         case SandboxVar::title:
         case SandboxVar::model:
-        case SandboxVar::atcId: break;
+        case SandboxVar::atcId:
+            break;
     }
     return 0;
 }
@@ -90,10 +111,18 @@ void lf_putDatum(SandboxWorld& world, SandboxAircraft& ac, const SandboxDatum& d
     }
     const f64 value = lf_value(world, ac, datum) * datum.toClient;
     switch (datum.type) {
-        case SIMCONNECT_DATATYPE_INT32: lf_put<i32>(at, value); break;
-        case SIMCONNECT_DATATYPE_INT64: lf_put<i64>(at, value); break;
-        case SIMCONNECT_DATATYPE_FLOAT32: lf_put<f32>(at, value); break;
-        default: lf_put<f64>(at, value); break;
+        case SIMCONNECT_DATATYPE_INT32:
+            lf_put<i32>(at, value);
+            break;
+        case SIMCONNECT_DATATYPE_INT64:
+            lf_put<i64>(at, value);
+            break;
+        case SIMCONNECT_DATATYPE_FLOAT32:
+            lf_put<f32>(at, value);
+            break;
+        default:
+            lf_put<f64>(at, value);
+            break;
     }
 }
 
@@ -113,30 +142,60 @@ SimException lf_judge(SandboxVar var, f64 value) {
     if (!std::isfinite(value)) return SIMCONNECT_EXCEPTION_DATA_ERROR;
     f64 most = kMaxSpeed;
     switch (var) {
-        case SandboxVar::latitude: most = 90; break;
-        case SandboxVar::longitude: most = 180; break;
-        case SandboxVar::altitude: most = kMaxAltitudeFt; break;
+        case SandboxVar::latitude:
+            most = 90;
+            break;
+        case SandboxVar::longitude:
+            most = 180;
+            break;
+        case SandboxVar::altitude:
+            most = kMaxAltitudeFt;
+            break;
         case SandboxVar::pitch:
         case SandboxVar::bank:
-        case SandboxVar::heading: most = kMaxAngleRad; break;
-        default: break;
+        case SandboxVar::heading:
+            most = kMaxAngleRad;
+            break;
+        default:
+            break;
     }
     return std::abs(value) <= most ? SIMCONNECT_EXCEPTION_NONE : SIMCONNECT_EXCEPTION_OUT_OF_BOUNDS;
 }
 
 void lf_store(SandboxAircraft& ac, const SandboxDatum& datum, f64 value) {
     switch (datum.facts->var) {
-        case SandboxVar::latitude: ac.lat = value; break;
-        case SandboxVar::longitude: ac.lon = value; break;
-        case SandboxVar::pitch: ac.pitch = value; break;
-        case SandboxVar::bank: ac.bank = value; break;
-        case SandboxVar::heading: ac.heading = value; break;
-        case SandboxVar::altitude: ac.alt = value; break;
-        case SandboxVar::verticalSpeed: ac.vs = value; break;
-        case SandboxVar::trueAirspeed: ac.tas = value; break;
-        case SandboxVar::spoilers: ac.spoilers = std::clamp(value, 0.0, 100.0); break;
-        case SandboxVar::throttle: ac.throttle[datum.engine - 1] = std::clamp(value, 0.0, 100.0); break;
-        default: break;
+        case SandboxVar::latitude:
+            ac.lat = value;
+            break;
+        case SandboxVar::longitude:
+            ac.lon = value;
+            break;
+        case SandboxVar::pitch:
+            ac.pitch = value;
+            break;
+        case SandboxVar::bank:
+            ac.bank = value;
+            break;
+        case SandboxVar::heading:
+            ac.heading = value;
+            break;
+        case SandboxVar::altitude:
+            ac.alt = value;
+            break;
+        case SandboxVar::verticalSpeed:
+            ac.vs = value;
+            break;
+        case SandboxVar::trueAirspeed:
+            ac.tas = value;
+            break;
+        case SandboxVar::spoilers:
+            ac.spoilers = std::clamp(value, 0.0, 100.0);
+            break;
+        case SandboxVar::throttle:
+            ac.throttle[datum.engine - 1] = std::clamp(value, 0.0, 100.0);
+            break;
+        default:
+            break;
     }
 }
 
@@ -149,10 +208,14 @@ f64 gf_sandboxTake(const u8*& at, u32 type) {
         return static_cast<f64>(typed);
     };
     switch (type) {
-        case SIMCONNECT_DATATYPE_INT32: return take(i32{});
-        case SIMCONNECT_DATATYPE_INT64: return take(i64{});
-        case SIMCONNECT_DATATYPE_FLOAT32: return take(f32{});
-        default: return take(f64{});
+        case SIMCONNECT_DATATYPE_INT32:
+            return take(i32{});
+        case SIMCONNECT_DATATYPE_INT64:
+            return take(i64{});
+        case SIMCONNECT_DATATYPE_FLOAT32:
+            return take(f32{});
+        default:
+            return take(f64{});
     }
 }
 
@@ -163,16 +226,24 @@ bool gf_sandboxTextType(u32 type) {
 u32 gf_sandboxTypeBytes(u32 type) {
     switch (type) {
         case SIMCONNECT_DATATYPE_INT32:
-        case SIMCONNECT_DATATYPE_FLOAT32: return 4;
+        case SIMCONNECT_DATATYPE_FLOAT32:
+            return 4;
         case SIMCONNECT_DATATYPE_INT64:
         case SIMCONNECT_DATATYPE_FLOAT64:
-        case SIMCONNECT_DATATYPE_STRING8: return 8;
-        case SIMCONNECT_DATATYPE_STRING32: return 32;
-        case SIMCONNECT_DATATYPE_STRING64: return 64;
-        case SIMCONNECT_DATATYPE_STRING128: return 128;
-        case SIMCONNECT_DATATYPE_STRING256: return 256;
-        case SIMCONNECT_DATATYPE_STRING260: return 260;
-        default: return 0;
+        case SIMCONNECT_DATATYPE_STRING8:
+            return 8;
+        case SIMCONNECT_DATATYPE_STRING32:
+            return 32;
+        case SIMCONNECT_DATATYPE_STRING64:
+            return 64;
+        case SIMCONNECT_DATATYPE_STRING128:
+            return 128;
+        case SIMCONNECT_DATATYPE_STRING256:
+            return 256;
+        case SIMCONNECT_DATATYPE_STRING260:
+            return 260;
+        default:
+            return 0;
     }
 }
 
@@ -200,8 +271,8 @@ void gf_sandboxSendData(SandboxWorld& world, SimRecvId kind, u32 request, const 
 }
 
 void gf_sandboxSendNoData(SandboxWorld& world, u32 request, u32 definition) {
-    auto* head = gf_sandboxAdd<SIMCONNECT_RECV_SIMOBJECT_DATA>(world.session.waiting,
-                                                              SIMCONNECT_RECV_ID_SIMOBJECT_DATA_BYTYPE);
+    auto* head =
+        gf_sandboxAdd<SIMCONNECT_RECV_SIMOBJECT_DATA>(world.session.waiting, SIMCONNECT_RECV_ID_SIMOBJECT_DATA_BYTYPE);
     if (!head) return;
     head->dwRequestID = request;
     head->dwDefineID = definition;
@@ -239,7 +310,8 @@ SimException gf_sandboxWriteRecord(const SandboxDefinition& definition, SandboxA
         if (judged != SIMCONNECT_EXCEPTION_NONE) return judged;
     }
     at = static_cast<const u8*>(data);
-    for (const SandboxDatum& datum : definition.data) lf_store(ac, datum, gf_sandboxTake(at, datum.type) * datum.fromClient);
+    for (const SandboxDatum& datum : definition.data)
+        lf_store(ac, datum, gf_sandboxTake(at, datum.type) * datum.fromClient);
     if (definition.position) {
         ac.groundKnown = false;
         ++ac.positionWrites;

@@ -1,15 +1,15 @@
 #include "sim/port/sandbox/scenario.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string_view>
-
-#include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "shell/text.h"
 #include "sim/port/sandbox/calls.h"
@@ -19,14 +19,14 @@ namespace {
 
 using nlohmann::json;
 
-constexpr f64 kMaxSeconds = 1e7;           // some four months; nobody lets a scenario run longer
+constexpr f64 kMaxSeconds = 1e7;  // some four months; nobody lets a scenario run longer
 constexpr f64 kMaxAltitudeFt = 100000;
 constexpr f64 kMinElevationFt = -2000, kMaxElevationFt = 30000;
 constexpr f64 kMaxSpeedKt = 3000;
 constexpr f64 kMaxUnixSeconds = 32503680000.0;  // the year 3000
 constexpr f64 kMaxU32 = std::numeric_limits<u32>::max();
 constexpr f64 kMaxObjectsBound = 100000;
-constexpr f64 kMaxRadiusNm = 10800;        // half the way round the earth
+constexpr f64 kMaxRadiusNm = 10800;  // half the way round the earth
 
 /// Amsterdam Schiphol.
 constexpr UserPoint kParkedUser{0, 52.3086, 4.7639, -2, 180, 0, true};
@@ -37,18 +37,12 @@ struct FaultName {
     FaultKind kind;
 };
 constexpr FaultName kFaultNames[] = {
-    {"quit", FaultKind::quit},
-    {"flightLoaded", FaultKind::flightLoaded},
-    {"newFile", FaultKind::newFile},
-    {"teleport", FaultKind::teleport},
-    {"pause", FaultKind::pause},
-    {"resume", FaultKind::resume},
-    {"failCall", FaultKind::failCall},
-    {"slowFrames", FaultKind::slowFrames},
-    {"exception", FaultKind::exception},
-    {"removeObject", FaultKind::removeObject},
-    {"addTitle", FaultKind::addTitle},
-    {"refuseTitle", FaultKind::refuseTitle},
+    {"quit", FaultKind::quit},           {"flightLoaded", FaultKind::flightLoaded},
+    {"newFile", FaultKind::newFile},     {"teleport", FaultKind::teleport},
+    {"pause", FaultKind::pause},         {"resume", FaultKind::resume},
+    {"failCall", FaultKind::failCall},   {"slowFrames", FaultKind::slowFrames},
+    {"exception", FaultKind::exception}, {"removeObject", FaultKind::removeObject},
+    {"addTitle", FaultKind::addTitle},   {"refuseTitle", FaultKind::refuseTitle},
     {"addObject", FaultKind::addObject},
 };
 
@@ -167,8 +161,7 @@ GroundDisc lf_readDisc(const json& node, const std::string& path) {
     GroundDisc disc;
     lf_position(fields, disc.lat, disc.lon);
     lf_require(fields, "radiusNm", lf_number(fields, "radiusNm", disc.radiusNm, 0, kMaxRadiusNm));
-    lf_require(fields, "elevation",
-               lf_number(fields, "elevation", disc.elevation, kMinElevationFt, kMaxElevationFt));
+    lf_require(fields, "elevation", lf_number(fields, "elevation", disc.elevation, kMinElevationFt, kMaxElevationFt));
     lf_close(fields);
     return disc;
 }
@@ -208,12 +201,21 @@ ScenarioFault lf_readFault(const json& node, const std::string& path) {
     fault.kind = lf_readKind(fields);
     switch (fault.kind) {
         case FaultKind::quit:
-        case FaultKind::pause: lf_number(fields, "seconds", fault.seconds, 0, kMaxSeconds); break;
+        case FaultKind::pause:
+            lf_number(fields, "seconds", fault.seconds, 0, kMaxSeconds);
+            break;
         case FaultKind::flightLoaded:
-        case FaultKind::resume: break;
-        case FaultKind::newFile: lf_text(fields, "text", fault.text); break;
-        case FaultKind::teleport: lf_position(fields, fault.lat, fault.lon); break;
-        case FaultKind::failCall: lf_readCall(fields, fault); break;
+        case FaultKind::resume:
+            break;
+        case FaultKind::newFile:
+            lf_text(fields, "text", fault.text);
+            break;
+        case FaultKind::teleport:
+            lf_position(fields, fault.lat, fault.lon);
+            break;
+        case FaultKind::failCall:
+            lf_readCall(fields, fault);
+            break;
         case FaultKind::slowFrames:
             lf_require(fields, "rate", lf_number(fields, "rate", fault.rate, kMinFrameRate, kMaxFrameRate));
             lf_number(fields, "seconds", fault.seconds, 0, kMaxSeconds);
@@ -221,10 +223,14 @@ ScenarioFault lf_readFault(const json& node, const std::string& path) {
         case FaultKind::exception:
             lf_require(fields, "number", lf_whole(fields, "number", fault.number, 0, kMaxU32));
             break;
-        case FaultKind::addObject: lf_position(fields, fault.lat, fault.lon); [[fallthrough]];
+        case FaultKind::addObject:
+            lf_position(fields, fault.lat, fault.lon);
+            [[fallthrough]];
         case FaultKind::removeObject:
         case FaultKind::addTitle:
-        case FaultKind::refuseTitle: lf_require(fields, "text", lf_text(fields, "text", fault.text)); break;
+        case FaultKind::refuseTitle:
+            lf_require(fields, "text", lf_text(fields, "text", fault.text));
+            break;
     }
     lf_close(fields);
     return fault;

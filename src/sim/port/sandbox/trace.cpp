@@ -2,9 +2,8 @@
 
 #include <cmath>
 #include <iterator>
-#include <stdexcept>
-
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "shell/text.h"
 

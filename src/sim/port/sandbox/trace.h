@@ -1,11 +1,11 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <type_traits>
-
-#include <fmt/format.h>
 
 #include "platform/types.h"
 

@@ -10,9 +10,29 @@ namespace hcr {
 // without regard to case, as the simulator does. Any thread; the tables are constant.
 
 enum class SandboxVar : u8 {
-    title, model, atcId,  // texts
-    onGround, latitude, longitude, pitch, bank, heading, altitude, verticalSpeed, trueAirspeed, heightAboveGround,
-    groundSpeed, zuluTime, zuluDay, zuluYear, lightStates, staticCg, staticPitch, groundAltitude, spoilers, throttle,
+    title,
+    model,
+    atcId,  // texts
+    onGround,
+    latitude,
+    longitude,
+    pitch,
+    bank,
+    heading,
+    altitude,
+    verticalSpeed,
+    trueAirspeed,
+    heightAboveGround,
+    groundSpeed,
+    zuluTime,
+    zuluDay,
+    zuluYear,
+    lightStates,
+    staticCg,
+    staticPitch,
+    groundAltitude,
+    spoilers,
+    throttle,
 };
 
 enum class SandboxDimension : u8 { text, angle, length, speed, percent, seconds, plain };
@@ -34,9 +54,23 @@ const SandboxVarFacts* gf_sandboxVariable(std::string_view name, u32& engine);
 f64 gf_sandboxUnitFactor(const SandboxVarFacts& facts, std::string_view unit);
 
 enum class SandboxSimEvent : u8 {
-    gear, engineStart, engineStop, throttle, flaps, spoilers,
-    nav, beacon, landing, taxi, strobes, logo, cabin, allLights,
-    freezePosition, freezeAltitude, freezeAttitude,
+    gear,
+    engineStart,
+    engineStop,
+    throttle,
+    flaps,
+    spoilers,
+    nav,
+    beacon,
+    landing,
+    taxi,
+    strobes,
+    logo,
+    cabin,
+    allLights,
+    freezePosition,
+    freezeAltitude,
+    freezeAttitude,
 };
 /// False when the simulator has no such event.
 bool gf_sandboxSimEvent(std::string_view name, SandboxSimEvent& event);

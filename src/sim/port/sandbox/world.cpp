@@ -46,8 +46,8 @@ void lf_frame(SandboxWorld& world) {
     SandboxSession& session = world.session;
     if (!lf_reachesClient(world)) return;
     if (session.subscribes[frame]) {
-        if (auto* message = gf_sandboxAdd<SIMCONNECT_RECV_EVENT_FRAME>(session.waiting,
-                                                                      SIMCONNECT_RECV_ID_EVENT_FRAME)) {
+        if (auto* message =
+                gf_sandboxAdd<SIMCONNECT_RECV_EVENT_FRAME>(session.waiting, SIMCONNECT_RECV_ID_EVENT_FRAME)) {
             message->uGroupID = SIMCONNECT_UNUSED;
             message->uEventID = session.subscribed[frame];
             message->fFrameRate = static_cast<f32>(world.frameRate);
@@ -63,9 +63,9 @@ void lf_traceState(SandboxWorld& world) {
     SandboxObject o;
     for (SandboxAircraft& ac : world.aircraft) {
         gf_sandboxSnapshot(world.scenario, ac, o);
-        const auto lights = fmt::format(
-            R"({{"nav":{},"beacon":{},"landing":{},"taxi":{},"strobes":{},"logo":{},"cabin":{}}})", o.nav, o.beacon,
-            o.landing, o.taxi, o.strobes, o.logo, o.cabin);
+        const auto lights =
+            fmt::format(R"({{"nav":{},"beacon":{},"landing":{},"taxi":{},"strobes":{},"logo":{},"cabin":{}}})", o.nav,
+                        o.beacon, o.landing, o.taxi, o.strobes, o.logo, o.cabin);
         gf_sandboxTraceLine(world.trace, world.now, "object", o.id, "tail", o.tail, "title", o.title, "lat", o.lat,
                             "lon", o.lon, "alt", o.alt, "agl", o.agl, "pitch", o.pitch, "bank", o.bank, "heading",
                             o.heading, "tas", o.tas, "vs", o.vs, "on_ground", o.onGround, "gear", o.gear, "flaps",
@@ -127,8 +127,8 @@ void lf_sendObjectEvent(SandboxWorld& world, SandboxSystemEvent event, const San
     gf_sandboxTraceLine(world.trace, world.now, "event", kSystemEventNames[index], "object", ac.id, "tail", ac.tail);
     SandboxSession& session = world.session;
     if (!lf_reachesClient(world) || !session.subscribes[index]) return;
-    auto* message = gf_sandboxAdd<SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE>(
-        session.waiting, SIMCONNECT_RECV_ID_EVENT_OBJECT_ADDREMOVE);
+    auto* message = gf_sandboxAdd<SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE>(session.waiting,
+                                                                          SIMCONNECT_RECV_ID_EVENT_OBJECT_ADDREMOVE);
     if (!message) return;
     message->uGroupID = SIMCONNECT_UNUSED;
     message->uEventID = session.subscribed[index];
@@ -169,8 +169,7 @@ SandboxAircraft& gf_sandboxUser(SandboxWorld& world) {
         return user;
     }
     f64 feetPerSecond = 0;
-    const UserPoint point =
-        gf_sandboxUserAt(world.scenario.user, gf_sandboxFlightSeconds(world), &feetPerSecond);
+    const UserPoint point = gf_sandboxUserAt(world.scenario.user, gf_sandboxFlightSeconds(world), &feetPerSecond);
     gf_sandboxPlaceUser(world, point);
     user.vs = feetPerSecond;
     world.userPlaced = false;

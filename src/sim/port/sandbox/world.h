@@ -22,40 +22,40 @@ struct SandboxDatum {
     const SandboxVarFacts* facts = nullptr;
     u32 engine = 1;
     u32 type = SIMCONNECT_DATATYPE_FLOAT64;
-    f64 toClient = 1;    ///< factor from the sandbox's unit to the client's
+    f64 toClient = 1;  ///< factor from the sandbox's unit to the client's
     f64 fromClient = 1;
 };
 
 struct SandboxDefinition {
     u32 id = 0;
     std::vector<SandboxDatum> data;
-    u32 bytes = 0;            ///< of the record, without texts of variable length
-    bool variable = false;    ///< holds a text of variable length
+    u32 bytes = 0;          ///< of the record, without texts of variable length
+    bool variable = false;  ///< holds a text of variable length
     bool writable = true;
-    bool position = false;    ///< writes coordinates
+    bool position = false;  ///< writes coordinates
 };
 
 /// A data request that is answered again and again.
 struct SandboxRequest {
     u32 id = 0, definition = 0, object = 0, period = 0;
-    u32 skip = 0;       ///< periods still to be passed over
-    u32 interval = 0;   ///< periods between two answers
-    u32 limit = 0;      ///< answers still to come; 0 = no limit
+    u32 skip = 0;      ///< periods still to be passed over
+    u32 interval = 0;  ///< periods between two answers
+    u32 limit = 0;     ///< answers still to come; 0 = no limit
 };
 
 /// What the client set up in one session; gone when it closes.
 struct SandboxSession {
     bool open = false;
-    std::uintptr_t handle = 0;   ///< never a pointer, and never used twice
-    u32 packet = 0;              ///< calls sent so far
+    std::uintptr_t handle = 0;  ///< never a pointer, and never used twice
+    u32 packet = 0;             ///< calls sent so far
     std::vector<SandboxDefinition> definitions;
     std::vector<SandboxRequest> requests;
-    std::unordered_map<u32, SandboxSimEvent> events;      ///< client event ids
+    std::unordered_map<u32, SandboxSimEvent> events;  ///< client event ids
     std::unordered_map<u32, std::unordered_set<u32>> groups;
-    std::array<u32, kSandboxSystemEvents> subscribed{};   ///< client ids of the system events
+    std::array<u32, kSandboxSystemEvents> subscribed{};  ///< client ids of the system events
     std::array<bool, kSandboxSystemEvents> subscribes{};
-    SandboxOutbox waiting;       ///< delivered by the next dispatch
-    std::vector<u8> spare;       ///< memory of the last delivery
+    SandboxOutbox waiting;  ///< delivered by the next dispatch
+    std::vector<u8> spare;  ///< memory of the last delivery
 };
 
 inline constexpr f64 kNever = std::numeric_limits<f64>::infinity();
@@ -67,39 +67,39 @@ struct SandboxWorld {
     std::unordered_set<std::string> installed, refused;
 
     // Time in seconds since the first session opened.
-    i64 startUs = 0;             ///< of the steady clock
-    i64 openUs = -1;             ///< of the first open, -1 before
+    i64 startUs = 0;  ///< of the steady clock
+    i64 openUs = -1;  ///< of the first open, -1 before
     f64 now = 0;
-    f64 utcAtZero = 0;           ///< the simulator's clock at 0
-    f64 pausedSum = 0;           ///< finished pauses
-    f64 pausedAt = kNever;       ///< begin of the present pause
+    f64 utcAtZero = 0;      ///< the simulator's clock at 0
+    f64 pausedSum = 0;      ///< finished pauses
+    f64 pausedAt = kNever;  ///< begin of the present pause
     f64 resumeAt = kNever;
-    f64 flightAt = kNever;       ///< when the flight begins to run
+    f64 flightAt = kNever;  ///< when the flight begins to run
     bool flight = false;
     f64 frameRate = 30;
     f64 slowUntil = kNever;
     f64 nextFrame = kNever, nextSecond = 1;
     f64 lastMove = 0;
-    bool gone = false;           ///< the simulator ended ...
-    f64 backAt = 0;              ///< ... until this moment
-    std::size_t nextFault = 0;   ///< of the scenario's, in order of time
+    bool gone = false;                             ///< the simulator ended ...
+    f64 backAt = 0;                                ///< ... until this moment
+    std::size_t nextFault = 0;                     ///< of the scenario's, in order of time
     std::unordered_map<std::string, i32> failing;  ///< calls that are to fail, and how often
 
     SandboxAircraft user;
-    bool userPlaced = false;     ///< it left its path
+    bool userPlaced = false;                ///< it left its path
     std::vector<SandboxAircraft> aircraft;  ///< AI objects by rising id
-    std::vector<u32> ids;        ///< of `aircraft`, side by side for the search
+    std::vector<u32> ids;                   ///< of `aircraft`, side by side for the search
     std::size_t lastFound = 0;
     u32 nextId = 2;
 
-    std::vector<u32> inRange;    ///< reused by the requests by type
+    std::vector<u32> inRange;  ///< reused by the requests by type
 
     SandboxSession session;
     SandboxCounters counters;
     SandboxTrace trace;
     SandboxPositionHook hook = nullptr;
     void* hookContext = nullptr;
-    SandboxObject hookObject;    ///< kept so that its texts' memory is reused
+    SandboxObject hookObject;  ///< kept so that its texts' memory is reused
 };
 
 extern std::mutex gSandboxMutex;

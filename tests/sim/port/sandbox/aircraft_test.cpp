@@ -78,15 +78,9 @@ TEST_F(SandboxAi, WhatCantBeCreatedIsRefusedWithThePacketOfTheCall) {
         SIMCONNECT_DATA_INITPOSITION position;
         u32 exception;
     } rows[] = {
-        {"Broken", "A", good, 22},
-        {"", "A", good, 22},
-        {"Jumbo", "ABCDEFGHIJKLM", good, 22},
-        {"Jumbo", "A", nowhere, 22},
-        {"Jumbo", "A", nan, 22},
-        {"Jumbo", "ABCDEFGHIJKL", good, 0},
-        {"Jumbo", "B", good, 0},
-        {"Jumbo", "C", good, 0},
-        {"Jumbo", "D", good, 11},
+        {"Broken", "A", good, 22},   {"", "A", good, 22},     {"Jumbo", "ABCDEFGHIJKLM", good, 22},
+        {"Jumbo", "A", nowhere, 22}, {"Jumbo", "A", nan, 22}, {"Jumbo", "ABCDEFGHIJKL", good, 0},
+        {"Jumbo", "B", good, 0},     {"Jumbo", "C", good, 0}, {"Jumbo", "D", good, 11},
     };
     for (const auto& row : rows) {
         ASSERT_EQ(gSimPort.SimConnect_AICreateNonATCAircraft(handle, row.title, row.tail, row.position, 104), 0);
@@ -122,9 +116,7 @@ TEST_F(SandboxAi, TitlesComeAndGo) {
 
 TEST_F(SandboxAi, OnTheGroundItStandsOnItsWheelsOnTheFirstDiscThatFits) {
     begin();
-    const struct {
-        f64 lat, lon, elevation;
-    } rows[] = {{53, 5, 700}, {53.2, 5, 400}, {54, 5, 100}};
+    const struct { f64 lat, lon, elevation; } rows[] = {{53, 5, 700}, {53.2, 5, 400}, {54, 5, 100}};
     for (const auto& row : rows) {
         const u32 id = held("Jumbo", "G", row.lat, row.lon, 99999, 1);
         EXPECT_DOUBLE_EQ(read(id, "Plane Altitude", "feet"), row.elevation + 16);

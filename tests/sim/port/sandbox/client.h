@@ -14,7 +14,9 @@ namespace hcr {
 struct SeenMessage {
     std::vector<u8> bytes;
 
-    u32 id() const { return as<SIMCONNECT_RECV>().dwID; }
+    u32 id() const {
+        return as<SIMCONNECT_RECV>().dwID;
+    }
     template <class Message>
     Message as() const {
         Message message{};
@@ -40,15 +42,21 @@ struct SandboxClient : ::testing::Test {
     SimHandle handle = nullptr;
     std::vector<SeenMessage> seen;
 
-    void SetUp() override { gf_holdClock(kUtc); }
+    void SetUp() override {
+        gf_holdClock(kUtc);
+    }
     void TearDown() override {
         gf_setSandboxPositionHook(nullptr, nullptr);
         gf_stopSandbox();
         gf_releaseClock();
     }
 
-    void start(const Scenario& scenario, const std::filesystem::path& trace = {}) { gf_startSandbox(scenario, trace); }
-    void open() { ASSERT_GE(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0); }
+    void start(const Scenario& scenario, const std::filesystem::path& trace = {}) {
+        gf_startSandbox(scenario, trace);
+    }
+    void open() {
+        ASSERT_GE(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0);
+    }
 
     static void keep(SIMCONNECT_RECV* message, u32 size, void* context) {
         const u8* bytes = reinterpret_cast<const u8*>(message);
@@ -80,13 +88,12 @@ struct SandboxClient : ::testing::Test {
         return id;
     }
     void define(u32 definition, const char* variable, const char* unit, u32 type) {
-        EXPECT_GE(gSimPort.SimConnect_AddToDataDefinition(handle, definition, variable, unit, type, 0,
-                                                          SIMCONNECT_UNUSED),
-                  0);
+        EXPECT_GE(
+            gSimPort.SimConnect_AddToDataDefinition(handle, definition, variable, unit, type, 0, SIMCONNECT_UNUSED), 0);
     }
     void ask(u32 request, u32 definition, u32 object, u32 period = SIMCONNECT_PERIOD_ONCE) {
-        EXPECT_GE(
-            gSimPort.SimConnect_RequestDataOnSimObject(handle, request, definition, object, period, 0, 0, 0, 0), 0);
+        EXPECT_GE(gSimPort.SimConnect_RequestDataOnSimObject(handle, request, definition, object, period, 0, 0, 0, 0),
+                  0);
     }
     /// One number of one object, read through a definition of its own.
     f64 read(u32 object, const char* variable, const char* unit) {

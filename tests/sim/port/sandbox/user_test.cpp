@@ -1,0 +1,196 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "client.h"
+
+namespace hcr {
+namespace {
+
+struct SandboxUser : SandboxClient {};
+
+TEST_F(SandboxUser, FollowsItsPathEvenlyAcrossTheDateLineAndNorth) {
+    // Flies east over the date line while it turns right through north and climbs.
+    Scenario s;
+    s.flightAfter = 0;
+    s.user = {{10, -10, 179, 1000, 350, 200, false}, {110, -12, -179, 3000, 10, 300, false}};
+    start(s);
+    open();
+    run(0.1);
+    const struct {
+        f64 at, lat, lon, alt, heading, speed, climbFtPerMin;
+    } rows[] = {
+        {5, -10, 179, 1000, 350, 200, 0},   {35, -10.5, 179.5, 1500, 355, 225, 1200},
+        {60, -11, 180, 2000, 0, 250, 1200}, {85, -11.5, -179.5, 2500, 5, 275, 1200},
+        {200, -12, -179, 3000, 10, 300, 0},
+    };
+    for (const auto& row : rows) {
+        run(row.at - gf_sandboxSeconds());
+        EXPECT_NEAR(read(0, "Plane Latitude", "degrees"), row.lat, 1e-9) << row.at;
+        const f64 lon = read(0, "Plane Longitude", "degrees");
+        EXPECT_NEAR(std::remainder(lon - row.lon, 360), 0, 1e-9) << row.at;
+        EXPECT_LE(std::abs(lon), 180) << row.at;
+        EXPECT_NEAR(read(0, "Plane Altitude", "feet"), row.alt, 1e-6) << row.at;
+        EXPECT_NEAR(read(0, "Plane Heading degrees true", "degrees"), row.heading, 1e-6) << row.at;
+        EXPECT_NEAR(read(0, "Ground Velocity", "knots"), row.speed, 1e-6) << row.at;
+        EXPECT_NEAR(read(0, "Vertical Speed", "feet per minute"), row.climbFtPerMin, 1e-6) << row.at;
+        EXPECT_EQ(read(0, "SIM ON GROUND", "Bool"), 0) << row.at;
+    }
+}
+
+TEST_F(SandboxUser, IsNowhereInTheMenusAndThenStandsOnTheGround) {
+    start(gf_defaultScenario());
+    open();
+    dispatch();
+    EXPECT_EQ(read(0, "Plane Latitude", "degrees"), 0);
+    run(1.1);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Latitude", "degrees"), 52.3086);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Alt Above Ground", "feet"), 9);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Altitude", "feet"), -2);
+    gf_placeSandboxUser(40, -70, 2500, 90, 110, false);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Altitude", "feet"), 2500);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Longitude", "degrees"), -70);
+    EXPECT_EQ(read(0, "SIM ON GROUND", "Bool"), 0);
+}
+
+TEST_F(SandboxUser, TheClockTellsZuluTimeDayAndYear) {
+    Scenario s = gf_defaultScenario();
+    s.utcAtOpen = 1709251195;  // Thu Feb 29 2024 23:59:55
+    start(s);
+    open();
+    const auto expect = [this](f64 seconds, f64 day, f64 year) {
+        EXPECT_NEAR(read(0, "ZULU TIME", "Seconds"), seconds, 1e-3);
+        EXPECT_EQ(read(0, "ZULU DAY OF YEAR", "Number"), day);
+        EXPECT_EQ(read(0, "ZULU YEAR", "Number"), year);
+    };
+    run(2);
+    expect(86397, 60, 2024);
+    run(4);
+    expect(1, 61, 2024);
+    gf_setSandboxUtc(1735689599);  // Tue Dec 31 2024 23:59:59
+    expect(86399, 366, 2024);
+    run(1);
+    expect(0, 1, 2025);
+    EXPECT_EQ(read(0, "LIGHT STATES", "Mask"), 3);
+}
+
+TEST_F(SandboxUser, PeriodicAnswersKeepOriginIntervalAndLimit) {
+    start(gf_defaultScenario());
+    open();
+    define(1, "ZULU TIME", "Seconds", 4);
+    const auto ask = [this](u32 period, u32 origin, u32 interval, u32 limit) {
+        gSimPort.SimConnect_RequestDataOnSimObject(handle, 7, 1, 0, period, 0, origin, interval, limit);
+    };
+    const auto answered = [this](f64 seconds) { return countOf(run(seconds), SIMCONNECT_RECV_ID_SIMOBJECT_DATA); };
+    run(2);
+    ask(SIMCONNECT_PERIOD_SECOND, 0, 0, 0);
+    EXPECT_EQ(answered(5.5), 5u);
+    ask(SIMCONNECT_PERIOD_SECOND, 2, 1, 3);  // the same request anew: seconds 3, 5 and 7
+    EXPECT_EQ(answered(2), 0u);
+    EXPECT_EQ(answered(1), 1u);
+    EXPECT_EQ(answered(10), 2u);
+    ask(SIMCONNECT_PERIOD_SIM_FRAME, 0, 0, 0);
+    EXPECT_NEAR(static_cast<f64>(answered(2)), 60, 1);
+    ask(SIMCONNECT_PERIOD_NEVER, 0, 0, 0);
+    run(0.05);
+    EXPECT_EQ(answered(2), 0u);
+}
+
+TEST_F(SandboxUser, AClientThatWritesToTheUsersAircraftMovesIt) {
+    start(gf_defaultScenario());
+    open();
+    definePosition();
+    run(2);
+    write(SIMCONNECT_OBJECT_ID_USER, 10, 20, 5000);
+    EXPECT_DOUBLE_EQ(read(0, "Plane Latitude", "degrees"), 10);
+    EXPECT_DOUBLE_EQ(read(1, "Plane Altitude", "feet"), 5000);
+}
+
+struct SandboxFiles : SandboxClient {
+    std::filesystem::path folder;
+    void SetUp() override {
+        SandboxClient::SetUp();
+        folder = std::filesystem::temp_directory_path() / fmt::format("hcr-sandbox-{:08x}", std::random_device{}());
+        std::filesystem::create_directories(folder);
+    }
+    void TearDown() override {
+        SandboxClient::TearDown();
+        std::filesystem::remove_all(folder);
+    }
+    std::filesystem::path file(const char* name, const std::string& text) {
+        std::ofstream(folder / name, std::ios::binary) << text;
+        return folder / name;
+    }
+};
+
+TEST_F(SandboxFiles, AFlightPlanMustBeThereAndBeOne) {
+    start(gf_defaultScenario());
+    open();
+    run(2);
+    const u32 id = create("A320", "KLM1");
+    answers();
+    const std::string good =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SimBase.Document Type=\"AceXML\" version=\"4,3\">\n"
+        "<FlightPlan.FlightPlan>\n<FPType>IFR</FPType>\n<DepartureID>EHAM</DepartureID>\n"
+        "<DestinationID>EGLL</DestinationID>\n</FlightPlan.FlightPlan>\n</SimBase.Document>\n\n";
+    const struct {
+        std::filesystem::path path;
+        u32 exception;
+    } rows[] = {
+        {folder / "missing.pln", 23},
+        {file("empty.pln", ""), 23},
+        {file("cut.pln", good.substr(0, good.find("<DestinationID>"))), 23},
+        {file("good.pln", good), 0},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(gSimPort.SimConnect_AISetAircraftFlightPlan(handle, id, row.path.string().c_str(), 110), 0);
+        EXPECT_EQ(exceptionOf(answers()).dwException, row.exception) << row.path;
+    }
+    EXPECT_EQ(object(id).from, "EHAM");
+    EXPECT_EQ(object(id).to, "EGLL");
+}
+
+TEST_F(SandboxFiles, TheTraceTellsCallsEventsAndStatesInOrder) {
+    start(gf_defaultScenario(), folder / "trace.jsonl");
+    open();
+    subscribeAll();
+    definePosition();
+    mapFreezes();
+    run(1.5);
+    const u32 id = create("A320 \"KLM\"\xff", "KLM1023", 52.31, 4.76, 3500);
+    gSimPort.SimConnect_AIReleaseControl(handle, id, 103);
+    freeze(id, true, true, true);
+    for (int i = 0; i < 7; ++i) write(id, 52.3, 4.75, 3100);
+    create("A320", "MUCHTOOLONGTAIL");
+    run(1);
+    gf_stopSandbox();
+    std::ifstream in(folder / "trace.jsonl");
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    const auto has = [&lines](const std::string& text) {
+        return std::any_of(lines.begin(), lines.end(),
+                           [&text](const std::string& line) { return line.find(text) != std::string::npos; });
+    };
+    EXPECT_TRUE(has(R"("call":"SimConnect_Open","name":"test")"));
+    EXPECT_TRUE(
+        has("\"call\":\"SimConnect_AICreateNonATCAircraft\",\"title\":\"A320 \\\"KLM\\\"\xef\xbf\xbd\","
+            "\"tail\":\"KLM1023\",\"lat\":52.31,\"lon\":4.76,\"alt\":3500,\"pitch\":-3,\"bank\":0,"
+            "\"heading\":90,\"on_ground\":0,\"airspeed\":180,\"packet\":"));
+    EXPECT_TRUE(has(R"({"t":1.500,"event":"ObjectAdded","object":2,"tail":"KLM1023"})"));
+    EXPECT_TRUE(has(R"("event":"Exception","exception":22)"));
+    EXPECT_TRUE(has(R"({"t":2.000,"object":2,"tail":"KLM1023")"));
+    EXPECT_TRUE(has(R"("lat":52.3,"lon":4.75,"alt":3100,"agl":3111)"));
+    EXPECT_TRUE(has(R"("frozen":1,"writes":7,"lights":{"nav":1,"beacon":0)"));
+    EXPECT_FALSE(has("SimConnect_SetDataOnSimObject")) << "position writes are only counted";
+}
+
+TEST_F(SandboxFiles, ATraceThatCantBeWrittenIsTold) {
+    EXPECT_THROW(gf_startSandbox(gf_defaultScenario(), folder / "no" / "such" / "folder.jsonl"), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace hcr

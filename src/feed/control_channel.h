@@ -13,8 +13,8 @@ namespace hcr {
 
 extern Socket gListenSocket;
 extern Socket gClientSocket;
-extern std::atomic<bool> gConnected;      ///< gClientSocket is usable
-extern std::atomic<bool> gWaitingForRt;   ///< the waiting step is on; true at each run's start
+extern std::atomic<bool> gConnected;     ///< gClientSocket is usable
+extern std::atomic<bool> gWaitingForRt;  ///< the waiting step is on; true at each run's start
 
 /// Listens on the port given as text; throws std::runtime_error with the step that failed.
 void gf_startServer(const std::string& port);

@@ -9,7 +9,7 @@ struct QnhReader : UdpReader {
     void handleText() override;
     void onStopped() override;
 
-    i32 lastQnh = 1013;  ///< hPa
+    std::atomic<i32> lastQnh{1013};  ///< hPa; gf_resetFeed writes it too
 };
 
 extern QnhReader gQnhReader;

@@ -13,18 +13,18 @@ namespace hcr {
 
 /// Why the decoder dropped a line; each has a counter, shown at the end of a run and by --headless.
 enum class LineDrop : i32 {
-    vehicle,          ///< " VEH"
+    vehicle,  ///< " VEH"
     tooFewFields,
-    badField,         ///< a field that threw, logged
+    badField,  ///< a field that threw, logged
     outOfRange,
-    registration,     ///< longer than 12 characters
-    noAircraft,       ///< type or emitter category is none
-    parkedId,         ///< hexid up to 10000
+    registration,  ///< longer than 12 characters
+    noAircraft,    ///< type or emitter category is none
+    parkedId,      ///< hexid up to 10000
     airborneOnly,
-    callsign,         ///< a callsign that stands for no aircraft
-    noIdentity,       ///< neither callsign nor registration
-    onGround,         ///< on the ground away from the park airport
-    notAccepting,     ///< gAcceptReports is off
+    callsign,      ///< a callsign that stands for no aircraft
+    noIdentity,    ///< neither callsign nor registration
+    onGround,      ///< on the ground away from the park airport
+    notAccepting,  ///< gAcceptReports is off
     count_
 };
 const char* gf_lineDropName(LineDrop reason);
@@ -41,10 +41,11 @@ struct TrafficReader : UdpReader {
     void handleText() override;
     void onStopped() override;
 
-    std::vector<std::string_view> fields;          ///< of the current line, reused
+    std::vector<std::string_view> fields;              ///< of the current line, reused
+    std::mutex callsignMutex;                          ///< guards realCallsigns; stands alone
     std::set<std::string, std::less<>> realCallsigns;  ///< seen during a collection; the worker's while none is on
-    std::atomic<bool> collectCallsigns{false};
-    std::atomic<f64> userLat{0}, userLon{0};       ///< written by the worker every 5 seconds
+    std::atomic<bool> collectCallsigns{false};         ///< switched by gf_collectCallsigns
+    std::atomic<f64> userLat{0}, userLon{0};           ///< written by the worker every 5 seconds
     std::atomic<f64> parkAirportLat{0}, parkAirportLon{0};
     std::atomic<f64> parkAirportAlt{0};            ///< feet
     std::atomic<bool> parkAirportAltValid{false};  ///< a park airport is set
@@ -53,5 +54,10 @@ struct TrafficReader : UdpReader {
 };
 
 extern TrafficReader gTrafficReader;
+
+/// Starts a collection of callsigns with an empty set, or ends it: then the set is the worker's. Worker.
+void gf_collectCallsigns(bool on);
+/// "received 1200, accepted 900, out of range 250, ...": the counters that aren't 0. Any thread.
+std::string gf_feedCounterText();
 
 }  // namespace hcr

@@ -14,7 +14,7 @@ inline constexpr u16 kTrafficPort = 49005;
 inline constexpr u16 kWeatherPort = 49004;
 inline constexpr i64 kDatagramLimit = 16384;  ///< a datagram of this size is too long to be trusted
 
-/// The common receive object; one thread owns it but for stop, packetCount and running.
+/// The common receive object. One thread at a time owns it, but for the atomics and what says otherwise.
 struct UdpReader {
     UdpReader(const char* readerName, u16 readerPort) : name(readerName), port(readerPort) {}
     virtual ~UdpReader() = default;
@@ -23,28 +23,30 @@ struct UdpReader {
 
     const char* name;
     u16 port;
-    std::string_view text;               ///< the datagram being handled, into buffer
-    std::atomic<bool> stop{false};       ///< set from outside to end the loop
-    std::atomic<bool> running{false};    ///< a thread is inside lf_readerThread
-    std::atomic<i32> packetCount{0};     ///< datagrams since the feed state was last reset
-    std::atomic<u32> droppedBySystem{0}; ///< datagrams that the system threw away, where it tells
+    std::string_view text;                ///< the datagram being handled, into buffer
+    std::atomic<bool> stop{false};        ///< set from outside to end the loop
+    std::atomic<bool> running{false};     ///< a thread is inside the receive loop or about to enter or leave it
+    std::atomic<u32> started{0};          ///< threads started so far; one that isn't the latest leaves
+    std::atomic<i32> packetCount{0};      ///< datagrams since the feed state was last reset
+    std::atomic<u32> droppedBySystem{0};  ///< datagrams that the system threw away, where it tells
     std::array<char, kDatagramLimit + 1> buffer{};
-    std::string lastText;                ///< last handled text, for the duplicate check
+    std::string lastText;  ///< last handled text, for the duplicate check
     Socket socket;
-    bool alive = true;                   ///< the lamp check's mark; worker
-    i32 lastPacketCount = 0;             ///< at the last lamp check; worker
+    bool alive = true;        ///< the lamp check's mark; worker
+    i32 lastPacketCount = 0;  ///< at the last lamp check; worker
 };
 
-/// Entry of a reader's thread; ends at reader.stop or by gf_readerFailed. Waits for an earlier thread of the same
-/// reader to have ended.
+/// Entry of a reader's thread; ends at reader.stop, by gf_readerFailed, or when a later thread of the same reader
+/// wants its place. Waits for an earlier one to have ended, so that its port is free.
 void lf_readerThread(UdpReader& reader);
 /// Shows the error and stops the run with reason 6 and 15 seconds.
 void gf_readerFailed(const char* name, const std::string& text);
 /// The lamp check. Worker.
 void gf_checkReaders();
-/// QNH, timestamp, collected callsigns, stop flags and lamps back to the start. Run thread.
+/// QNH, timestamp, collected callsigns, stop flags and the lamps' alive marks back to the start. Run thread.
 void gf_resetFeed();
-/// Ports other than the real ones, for tests and for several sandboxes on one machine; 0 = the real one.
+/// Ports other than the real ones, for tests and for several sandboxes on one machine; 0 = the real one. While no
+/// reader runs.
 void gf_setFeedPorts(u16 traffic, u16 weather);
 
 }  // namespace hcr

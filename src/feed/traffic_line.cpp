@@ -1,0 +1,345 @@
+#include "feed/traffic_line.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+
+#include "core/model/geo.h"
+#include "core/model/run_state.h"
+#include "core/model/tables.h"
+#include "shell/log.h"
+#include "shell/parameters.h"
+
+namespace hcr {
+namespace {
+
+// Fields of a line, from 0.
+enum Field : std::size_t {
+    kHexid = 1,
+    kLat = 2,
+    kLon = 3,
+    kAltitude = 4,
+    kVs = 5,
+    kTrack = 7,
+    kGroundSpeed = 8,
+    kCallsign = 9,
+    kModel = 10,
+    kRegistration = 11,
+    kFrom = 12,
+    kTo = 13,
+    kTimestamp = 14,
+    kMessageType = 17,
+    kTas = 20,
+    kRoll = 23,
+    kTrueHeading = 25,
+    kCategory = 28,
+    kFieldCount = 29
+};
+
+constexpr i32 kPlayingDelayCs = 3000;  // a report is played half a minute after its arrival
+constexpr std::size_t kLongestRegistration = 12;
+constexpr std::size_t kLongestModel = 4;
+constexpr f64 kParkAirportNm = 5;     // ground movements are shown this near to the park airport
+constexpr f64 kLowFt = 14000;         // above it no aircraft is taken as standing at an airport
+constexpr f64 kHoverKt = 35;          // nothing but a helicopter flies that slowly
+constexpr f64 kAirborneOnlyFt = 300;  // above the park airport
+
+// What lies outside of these no aircraft does; such a value counts as a number that can't be read.
+struct Limits {
+    f64 low = 0, high = 0;
+};
+constexpr Limits kTimestampLimits{0, 253402300799};  // the year 9999 ends
+constexpr Limits kAltitudeLimits{-1e9, 200000};      // feet; what is below the sea counts as ground in any depth
+constexpr Limits kSpeedLimits{0, 4000};              // knots
+constexpr Limits kVsLimits{-100000, 100000};         // feet per minute
+constexpr Limits kTrackLimits{-360, 360};            // degrees
+constexpr Limits kRollLimits{-180, 180};             // degrees
+
+struct GroundTest {
+    f64 feet = 0, speed = 0;
+};
+// At most so high above the park airport and at most so fast: on the ground.
+constexpr GroundTest kGroundTests[] = {{42, 120}, {84, 80}, {108, 43}};
+
+struct TasByAltitude {
+    f64 upToFt = 0, tas = 0;
+};
+constexpr TasByAltitude kUsualTas[] = {{2000, 180}, {5000, 220}, {10000, 250}, {20000, 350}};
+constexpr f64 kUsualTasHigh = 430;
+
+constexpr std::string_view gVehicleTypes[] = {"BALL", "EMER", "GLID", "GRND", "GND", "PARA", "SERV", "SHIP", "VENT"};
+constexpr std::string_view kExcludedCategories[] = {"B1", "B2", "B4", "C1", "C2"};
+constexpr std::string_view kNoAircraftCallsigns[] = {"ERARMTR1", "AIRPORT1", "00000000"};
+
+template <std::size_t N>
+bool lf_isOneOf(const std::string_view (&list)[N], std::string_view text) {
+    return std::find(std::begin(list), std::end(list), text) != std::end(list);
+}
+
+bool lf_within(f64 value, const Limits& limits) {
+    return value >= limits.low && value <= limits.high;
+}
+
+// The number at the start of a field.
+std::optional<f64> lf_number(std::string_view field) {
+    f64 value = 0;
+    const auto result = std::from_chars(field.data(), field.data() + field.size(), value);
+    if (result.ec != std::errc() || !std::isfinite(value)) return {};
+    return value;
+}
+
+[[noreturn]] void lf_throw(std::string_view name, std::string_view field) {
+    throw std::runtime_error(fmt::format("{}:{}", name, field));
+}
+
+f64 lf_number(std::string_view field, const char* name, const Limits& limits) {
+    const std::optional<f64> value = lf_number(field);
+    if (!value || !lf_within(*value, limits)) lf_throw(name, field);
+    return *value;
+}
+
+std::string_view lf_text(std::string_view field) {
+    return field == "null" ? std::string_view{} : field;
+}
+
+void lf_split(std::string_view text, std::vector<std::string_view>& fields) {
+    fields.clear();
+    const char* begin = text.data();
+    const char* const end = begin + text.size();
+    while (begin != end) {
+        const void* comma = std::memchr(begin, ',', static_cast<std::size_t>(end - begin));
+        if (comma == nullptr) break;
+        const char* stop = static_cast<const char*>(comma);
+        fields.emplace_back(begin, static_cast<std::size_t>(stop - begin));
+        begin = stop + 1;
+    }
+    fields.emplace_back(begin, static_cast<std::size_t>(end - begin));
+}
+
+// One line on its way to a report. The steps below take the report's values from the fields; one that returns false
+// has found the line to be dropped, for the reason in `drop`.
+struct DecodedLine {
+    TrafficReader& reader;
+    const std::vector<std::string_view>& fields;
+    TrafficReport report{};
+    LineDrop drop = LineDrop::badField;
+};
+
+bool lf_drop(DecodedLine& line, LineDrop reason) {
+    line.drop = reason;
+    return false;
+}
+
+void lf_takeTimestamp(DecodedLine& line) {
+    line.report.timestamp = lf_number(line.fields[kTimestamp], "timestamp", kTimestampLimits);
+    gLastTimestamp = line.report.timestamp;
+}
+
+void lf_takePosition(DecodedLine& line) {
+    const std::optional<f64> lat = lf_number(line.fields[kLat]);
+    if (!lat) lf_throw("lat", line.fields[kLat]);
+    const std::optional<f64> lon = lf_number(line.fields[kLon]);
+    if (!lon) lf_throw("lon", line.fields[kLon]);
+    const bool onEarth = std::fabs(*lat) <= 90 && std::fabs(*lon) <= 180;
+    if (!onEarth || !positionKnown(*lat, *lon)) {
+        throw std::runtime_error(fmt::format("invalid lalo: {:.6f},{:.6f}", *lat, *lon));
+    }
+    line.report.sample.lat = *lat;
+    line.report.sample.lon = *lon;
+}
+
+bool lf_nearUser(DecodedLine& line) {
+    const TrafficReader& reader = line.reader;
+    const PosSample& s = line.report.sample;
+    return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= reader.rangeNm ||
+           lf_drop(line, LineDrop::outOfRange);
+}
+
+bool lf_takeRegistration(DecodedLine& line) {
+    const std::string_view field = line.fields[kRegistration];
+    if (field.size() > kLongestRegistration) return lf_drop(line, LineDrop::registration);
+    line.report.registration = lf_text(field);
+    return true;
+}
+
+void lf_collectCallsign(const DecodedLine& line) {
+    TrafficReader& reader = line.reader;
+    if (!reader.collectCallsigns) return;
+    const std::string_view callsign = lf_text(line.fields[kCallsign]);
+    if (callsign.empty() || callsign.find('@') != std::string_view::npos) return;
+    const std::lock_guard lock(reader.callsignMutex);
+    if (!reader.collectCallsigns || reader.realCallsigns.contains(callsign)) return;
+    reader.realCallsigns.emplace(callsign);
+}
+
+bool lf_takeModel(DecodedLine& line) {
+    std::string_view model = lf_text(line.fields[kModel]);
+    if (model == "0" || model == "ZZZZ") model = {};
+    if (model.empty()) return lf_drop(line, LineDrop::noAircraft);
+    const std::string_view category = lf_text(line.fields[kCategory]);
+    const bool vehicle = model.size() > kLongestModel || lf_isOneOf(gVehicleTypes, model);
+    if (!category.empty() && (vehicle || lf_isOneOf(kExcludedCategories, category))) {
+        return lf_drop(line, LineDrop::noAircraft);
+    }
+    line.report.model = model;
+    return true;
+}
+
+void lf_takeTrueHeading(DecodedLine& line) {
+    if (line.fields[kMessageType] != "adsb_icao") return;
+    const std::string_view field = line.fields[kTrueHeading];
+    const std::optional<f64> degrees = lf_number(field);
+    if (!degrees) lf_throw("trueheading", field);
+    if (*degrees > 360) throw std::runtime_error(fmt::format("trueheading: {:.2f}", *degrees));
+    if (*degrees < 0) return;
+    PosSample& s = line.report.sample;
+    s.trueHeading = *degrees == 0 ? 2 * kPi : *degrees * kDegToRad;  // 0 would look like a missing one
+    s.trueHeadingValid = s.adsb = true;
+}
+
+bool lf_takeHexid(DecodedLine& line) {
+    const std::string_view field = line.fields[kHexid];
+    u32& hexid = line.report.hexid;
+    const auto result = std::from_chars(field.data(), field.data() + field.size(), hexid);
+    if (result.ec != std::errc()) throw std::runtime_error(fmt::format("hexid incorrect{}", field));
+    return hexid > kLastStaticId || lf_drop(line, LineDrop::parkedId);
+}
+
+// Sets the altitude, 0 for what is taken as being on the ground; false: the line is to be dropped.
+bool lf_decodeAltitude(DecodedLine& line) {
+    constexpr f64 kNoFieldFt = -1000;  // below every altitude that is tested, so that the test fails
+    const TrafficReader& reader = line.reader;
+    const std::string_view field = line.fields[kAltitude];
+    const std::optional<f64> feet = lf_number(field);
+    if (!feet || !lf_within(*feet, kAltitudeLimits)) {
+        throw std::runtime_error(fmt::format("altitude {} incorrect, from: {}", field, reader.text));
+    }
+    const bool fieldKnown = reader.parkAirportAltValid;
+    const f64 fieldFt = reader.parkAirportAlt;
+    const f64 speed = line.report.sample.speed;
+    f64 alt = std::max(*feet, 0.0);
+    if (alt > 0 && alt < kLowFt) {
+        const f64 above = alt - (fieldKnown ? fieldFt : kNoFieldFt);
+        const auto onGround = [&](const GroundTest& test) { return above <= test.feet && speed <= test.speed; };
+        if (above <= 0 || std::any_of(std::begin(kGroundTests), std::end(kGroundTests), onGround)) alt = 0;
+    }
+    if (speed <= kHoverKt) alt = 0;
+    line.report.sample.alt = alt;
+    line.report.sample.airborne = alt > 0;
+    if (!AIRBORNE_ONLY.current) return true;
+    const bool keep = alt > 0 && std::fabs(alt - (fieldKnown ? fieldFt : 0)) > kAirborneOnlyFt;
+    return keep || lf_drop(line, LineDrop::airborneOnly);
+}
+
+bool lf_takeCallsign(DecodedLine& line) {
+    std::string_view callsign = lf_text(line.fields[kCallsign]);
+    if (callsign.find('@') != std::string_view::npos) callsign = {};
+    if (lf_isOneOf(kNoAircraftCallsigns, callsign)) return lf_drop(line, LineDrop::callsign);
+    line.report.callsign = callsign;
+    return !callsign.empty() || !line.report.registration.empty() || lf_drop(line, LineDrop::noIdentity);
+}
+
+// Movements on the ground are shown at the park airport only.
+bool lf_groundIsShown(DecodedLine& line) {
+    const TrafficReader& reader = line.reader;
+    const PosSample& s = line.report.sample;
+    if (s.airborne) return true;
+    const bool shown = reader.parkAirportAltValid &&
+                       distanceNm(reader.parkAirportLat, reader.parkAirportLon, s.lat, s.lon) <= kParkAirportNm;
+    return shown || lf_drop(line, LineDrop::onGround);
+}
+
+void lf_takeTrack(DecodedLine& line) {
+    PosSample& s = line.report.sample;
+    const std::string_view field = line.fields[kTrack];
+    const std::optional<f64> track = field.empty() ? 0.0 : lf_number(field);
+    if (!track || !lf_within(*track, kTrackLimits)) {
+        throw std::runtime_error(fmt::format("track incorrect {}", field));
+    }
+    s.track = *track == 0 && s.trueHeadingValid ? s.trueHeading * kRadToDeg : *track;
+}
+
+void lf_takeRoll(DecodedLine& line) {
+    PosSample& s = line.report.sample;
+    if (!s.airborne) return;
+    const f64 degrees = lf_number(line.fields[kRoll], "roll", kRollLimits);
+    if (degrees == -1 || degrees == 0) return;
+    s.roll = -degrees * kDegToRad;
+    s.rollValid = true;
+}
+
+f64 lf_usualTas(f64 alt) {
+    const auto row = std::find_if(std::begin(kUsualTas), std::end(kUsualTas),
+                                  [alt](const TasByAltitude& r) { return alt <= r.upToFt; });
+    return row == std::end(kUsualTas) ? kUsualTasHigh : row->tas;
+}
+
+void lf_takeTas(DecodedLine& line) {
+    PosSample& s = line.report.sample;
+    const std::optional<f64> tas = lf_number(line.fields[kTas]);
+    const bool unknown = tas == -1.0;
+    if (!tas || (!unknown && !lf_within(*tas, kSpeedLimits))) {
+        throw std::runtime_error(fmt::format("TAS incorrect{}", line.fields[kTas]));
+    }
+    s.tas = unknown ? lf_usualTas(s.alt) : *tas;
+}
+
+bool lf_queue(DecodedLine& line) {
+    const std::lock_guard lock(gReportMutex);
+    if (!gAcceptReports) return lf_drop(line, LineDrop::notAccepting);
+    line.report.sample.time = simTick + kPlayingDelayCs;
+    gReports.push_back(std::move(line.report));
+    return true;
+}
+
+bool lf_decode(DecodedLine& line) {
+    TrafficReport& report = line.report;
+    lf_takeTimestamp(line);
+    lf_takePosition(line);
+    if (!lf_nearUser(line) || !lf_takeRegistration(line)) return false;
+    lf_collectCallsign(line);
+    if (!lf_takeModel(line)) return false;
+    lf_takeTrueHeading(line);
+    if (!lf_takeHexid(line)) return false;
+    report.sample.speed = lf_number(line.fields[kGroundSpeed], "gs", kSpeedLimits);
+    if (!lf_decodeAltitude(line) || !lf_takeCallsign(line) || !lf_groundIsShown(line)) return false;
+    lf_takeTrack(line);
+    report.sample.vs = lf_number(line.fields[kVs], "vs", kVsLimits);
+    report.from = lf_text(line.fields[kFrom]);
+    report.to = lf_text(line.fields[kTo]);
+    lf_takeRoll(line);
+    lf_takeTas(line);
+    return lf_queue(line);
+}
+
+void lf_count(LineDrop reason) {
+    ++gFeedCounters.dropped[static_cast<int>(reason)];
+}
+
+}  // namespace
+
+void processLine(TrafficReader& reader) {
+    ++gFeedCounters.received;
+    if (reader.text.find(" VEH") != std::string_view::npos) return lf_count(LineDrop::vehicle);
+    lf_split(reader.text, reader.fields);
+    processLineSub(reader);
+}
+
+void processLineSub(TrafficReader& reader) {
+    if (reader.fields.size() < kFieldCount) return lf_count(LineDrop::tooFewFields);
+    try {
+        DecodedLine line{.reader = reader, .fields = reader.fields};
+        if (!lf_decode(line)) return lf_count(line.drop);
+        ++gFeedCounters.accepted;
+    } catch (const std::exception& e) {
+        gf_log(fmt::format("exception in processLineSub: {}", e.what()));
+        lf_count(LineDrop::badField);
+    }
+}
+
+}  // namespace hcr

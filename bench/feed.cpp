@@ -46,8 +46,8 @@ void decode_line(benchmark::State& state) {
     state.SetBytesProcessed(bytes);
     state.counters["lines/s"] =
         benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
-    state.counters["accepted"] = static_cast<double>(gFeedCounters.accepted - acceptedBefore) /
-                                 static_cast<double>(state.iterations());
+    state.counters["accepted"] =
+        static_cast<double>(gFeedCounters.accepted - acceptedBefore) / static_cast<double>(state.iterations());
     gReports.clear();
     gAcceptReports = false;
 }

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -85,10 +87,39 @@ bool lf_within(f64 value, const Limits& limits) {
     return value >= limits.low && value <= limits.high;
 }
 
+// A number without an exponent and with few enough digits that dividing its digits by a power of ten rounds as it
+// should; nothing for any other text. Nearly all numbers of the feed are such, and from_chars takes five times as long.
+std::optional<f64> lf_plainNumber(const char* at, const char* end) {
+    constexpr std::ptrdiff_t kExactDigits = 15;
+    constexpr std::array<f64, kExactDigits + 1> kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    u64 digits = 0;
+    const auto takeDigits = [&] {
+        const char* const begin = at;
+        for (; at != end && *at >= '0' && *at <= '9'; ++at) digits = digits * 10 + static_cast<u64>(*at - '0');
+        return at - begin;
+    };
+    const bool negative = at != end && *at == '-';
+    if (negative) ++at;
+    const std::ptrdiff_t whole = takeDigits();
+    if (whole == 0) return {};
+    std::ptrdiff_t decimals = 0;
+    if (at != end && *at == '.') {
+        ++at;
+        decimals = takeDigits();
+    }
+    const bool exponent = at != end && (*at == 'e' || *at == 'E');
+    if (exponent || whole + decimals > kExactDigits) return {};
+    const f64 value = static_cast<f64>(digits) / kPowers[static_cast<std::size_t>(decimals)];
+    return negative ? -value : value;
+}
+
 // The number at the start of a field.
 std::optional<f64> lf_number(std::string_view field) {
+    const char* const end = field.data() + field.size();
+    if (const std::optional<f64> plain = lf_plainNumber(field.data(), end)) return plain;
     f64 value = 0;
-    const auto result = std::from_chars(field.data(), field.data() + field.size(), value);
+    const auto result = std::from_chars(field.data(), end, value);
     if (result.ec != std::errc() || !std::isfinite(value)) return {};
     return value;
 }
@@ -107,18 +138,46 @@ std::string_view lf_text(std::string_view field) {
     return field == "null" ? std::string_view{} : field;
 }
 
+// A bit pattern in which exactly the top bits of those bytes are set that equal a comma.
+u64 lf_commaBits(const char* eightBytes) {
+    constexpr u64 kEveryByte = 0x0101010101010101;
+    constexpr u64 kLowBits = 0x7F * kEveryByte;
+    u64 bytes = 0;
+    std::memcpy(&bytes, eightBytes, sizeof bytes);
+    const u64 zeroWhereComma = bytes ^ (',' * kEveryByte);
+    return ~(((zeroWhereComma & kLowBits) + kLowBits) | zeroWhereComma | kLowBits);
+}
+
+// Eight bytes at a time, into room that is there already: with a comma every five bytes a search for each of them and
+// a push_back for each field cost several times as much.
 void lf_split(std::string_view text, std::vector<std::string_view>& fields) {
-    fields.clear();
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::size_t kStep = sizeof(u64);
+    constexpr std::size_t kUsualFields = 64;
+    fields.resize(kUsualFields);
+    std::string_view* field = fields.data();
+    std::string_view* stop = field + fields.size();
     const char* begin = text.data();
+    const char* at = begin;
     const char* const end = begin + text.size();
-    while (begin != end) {
-        const void* comma = std::memchr(begin, ',', static_cast<std::size_t>(end - begin));
-        if (comma == nullptr) break;
-        const char* stop = static_cast<const char*>(comma);
-        fields.emplace_back(begin, static_cast<std::size_t>(stop - begin));
-        begin = stop + 1;
+    const auto endField = [&](const char* comma) {
+        if (field == stop) {
+            const std::size_t used = fields.size();
+            fields.resize(2 * used);
+            field = fields.data() + used;
+            stop = fields.data() + fields.size();
+        }
+        *field++ = std::string_view(begin, static_cast<std::size_t>(comma - begin));
+        begin = comma + 1;
+    };
+    for (; end - at >= static_cast<std::ptrdiff_t>(kStep); at += kStep) {
+        for (u64 bits = lf_commaBits(at); bits != 0; bits &= bits - 1) endField(at + std::countr_zero(bits) / 8);
     }
-    fields.emplace_back(begin, static_cast<std::size_t>(end - begin));
+    for (; at != end; ++at) {
+        if (*at == ',') endField(at);
+    }
+    endField(end);
+    fields.resize(static_cast<std::size_t>(field - fields.data()));
 }
 
 // One line on its way to a report. The steps below take the report's values from the fields; one that returns false

@@ -1,0 +1,367 @@
+#include "feed/traffic_line.h"
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "core/model/geo.h"
+#include "feed_world.h"
+#include "tools/feed/generator.h"
+
+namespace hcr {
+namespace {
+
+// A line of 44 good fields about an aircraft in flight, of which single ones can be replaced.
+struct Line {
+    std::vector<std::string> fields{
+        "RTTFC",   "4739591", "52.25382", "4.92249", "4525", "2368",         "1",     "92.45",  "281.30",
+        "KLM1627", "E190",    "PH-EXF",   "AMS",     "null", "1666985865.8", "X2",    "KL1627", "mlat",
+        "4950",    "242",     "258",      "0.396",   "0.1",  "12",           "95.98", "98.16",  "2336",
+        "none",    "A3",      "1013",     "-1",      "-1",   "-1.00",        "",      "0.0",    "-4.7",
+        "226",     "36",      "6",        "15",      "1",    "81228",        "",      ""};
+
+    Line& with(std::size_t field, const std::string& value) {
+        fields.at(field) = value;
+        return *this;
+    }
+    std::string text() const {
+        std::string line;
+        for (const std::string& field : fields) line += (line.empty() ? "" : ",") + field;
+        return line;
+    }
+};
+
+struct TrafficLine : FeedWorld {
+    TrafficLine() {
+        gTrafficReader.userLat = 52.3;
+        gTrafficReader.userLon = 4.8;
+    }
+    static void setParkAirport(f64 elevationFt) {
+        gTrafficReader.parkAirportLat = 52.25;
+        gTrafficReader.parkAirportLon = 4.92;
+        gTrafficReader.parkAirportAlt = elevationFt;
+        gTrafficReader.parkAirportAltValid = true;
+    }
+    /// The report that the line gives; null when it is dropped.
+    const TrafficReport* decode(const std::string& text) {
+        gReports.clear();
+        datagram = text;
+        gTrafficReader.text = datagram;
+        processLine(gTrafficReader);
+        return gReports.empty() ? nullptr : &gReports.back();
+    }
+    const TrafficReport* decode(const Line& fields) {
+        return decode(fields.text());
+    }
+    static u64 drops(LineDrop reason) {
+        return gFeedCounters.dropped[static_cast<int>(reason)];
+    }
+
+    std::string datagram;
+};
+
+TEST_F(TrafficLine, AllValuesOfAReportComeFromTheirFields) {
+    simTick = 1234;
+    const TrafficReport* report = decode(Line());
+    ASSERT_NE(report, nullptr);
+    EXPECT_EQ(report->hexid, 4739591u);
+    EXPECT_EQ(report->callsign, "KLM1627");
+    EXPECT_EQ(report->model, "E190");
+    EXPECT_EQ(report->registration, "PH-EXF");
+    EXPECT_EQ(report->from, "AMS");
+    EXPECT_EQ(report->to, "");
+    EXPECT_EQ(report->timestamp, 1666985865.8);
+    const PosSample& s = report->sample;
+    EXPECT_EQ(s.lat, 52.25382);
+    EXPECT_EQ(s.lon, 4.92249);
+    EXPECT_EQ(s.alt, 4525);
+    EXPECT_EQ(s.vs, 2368);
+    EXPECT_EQ(s.track, 92.45);
+    EXPECT_EQ(s.speed, 281.30);
+    EXPECT_EQ(s.tas, 258);
+    EXPECT_EQ(s.time, 1234 + 3000);
+    EXPECT_TRUE(s.airborne);
+    EXPECT_FALSE(s.stationary);
+    EXPECT_TRUE(s.rollValid);
+    EXPECT_DOUBLE_EQ(s.roll, -12 * kDegToRad);
+    EXPECT_FALSE(s.adsb || s.trueHeadingValid);
+    EXPECT_EQ(gLastTimestamp, 1666985865.8);
+}
+
+// Every line here is dropped; `log` is what it leaves in the log, empty for nothing at all.
+TEST_F(TrafficLine, BadAndUnwantedLinesAreDroppedForTheirReason) {
+    struct Row {
+        const char* name;
+        std::size_t field;
+        std::string value;
+        LineDrop reason;
+        std::string log;
+    };
+    const Row rows[] = {
+        {"vehicle in any field", 33, "X VEHICLE", LineDrop::vehicle, ""},
+        {"empty timestamp", 14, "", LineDrop::badField, "timestamp:\n"},
+        {"timestamp that is no number", 14, "nan", LineDrop::badField, "timestamp:nan"},
+        {"timestamp before time began", 14, "-5", LineDrop::badField, "timestamp:-5"},
+        {"timestamp of no calendar", 14, "1e300", LineDrop::badField, "timestamp:1e300"},
+        {"lat with plus", 2, "+52.2", LineDrop::badField, "lat:+52.2"},
+        {"lat with blank", 2, " 52.2", LineDrop::badField, "lat: 52.2"},
+        {"lat beyond the pole", 2, "90.0001", LineDrop::badField, "invalid lalo: 90.000100,4.922490"},
+        {"lon infinite", 3, "inf", LineDrop::badField, "lon:inf"},
+        {"lon too far", 3, "-180.1", LineDrop::badField, "invalid lalo: 52.253820,-180.100000"},
+        {"lat that no double holds", 2, "1e999", LineDrop::badField, "lat:1e999"},
+        {"out of range", 2, "53.1", LineDrop::outOfRange, ""},
+        {"long registration", 11, "PH-EXFPH-EXF9", LineDrop::registration, ""},
+        {"no model", 10, "", LineDrop::noAircraft, ""},
+        {"model null", 10, "null", LineDrop::noAircraft, ""},
+        {"model 0", 10, "0", LineDrop::noAircraft, ""},
+        {"model ZZZZ", 10, "ZZZZ", LineDrop::noAircraft, ""},
+        {"vehicle type", 10, "GRND", LineDrop::noAircraft, ""},
+        {"long type", 10, "E190X", LineDrop::noAircraft, ""},
+        {"category of an obstacle", 28, "C1", LineDrop::noAircraft, ""},
+        {"hexid without digit", 1, "x12", LineDrop::badField, "hexid incorrectx12"},
+        {"hexid negative", 1, "-4739591", LineDrop::badField, "hexid incorrect-4739591"},
+        {"hexid of 33 bits", 1, "4294967296", LineDrop::badField, "hexid incorrect4294967296"},
+        {"hexid of a static aircraft", 1, "10000", LineDrop::parkedId, ""},
+        {"no ground speed", 8, "", LineDrop::badField, "gs:\n"},
+        {"negative ground speed", 8, "-1.00", LineDrop::badField, "gs:-1.00"},
+        {"faster than anything", 8, "1e308", LineDrop::badField, "gs:1e308"},
+        {"altitude unreadable", 4, "FL100", LineDrop::badField, "altitude FL100 incorrect, from: RTTFC,"},
+        {"higher than anything", 4, "1e300", LineDrop::badField, "altitude 1e300 incorrect, from: RTTFC,"},
+        {"callsign of no aircraft", 9, "AIRPORT1", LineDrop::callsign, ""},
+        {"on the ground without a park airport", 4, "0", LineDrop::onGround, ""},
+        {"below the sea", 4, "-75", LineDrop::onGround, ""},
+        {"track unreadable", 7, "null", LineDrop::badField, "track incorrect null"},
+        {"track beyond the circle", 7, "1e12", LineDrop::badField, "track incorrect 1e12"},
+        {"vs", 5, "-", LineDrop::badField, "vs:-"},
+        {"vs of a bullet", 5, "-1e9", LineDrop::badField, "vs:-1e9"},
+        {"roll", 23, "", LineDrop::badField, "roll:\n"},
+        {"TAS", 20, "", LineDrop::badField, "TAS incorrect\n"},
+        {"TAS negative", 20, "-2", LineDrop::badField, "TAS incorrect-2"},
+    };
+    for (const Row& row : rows) {
+        const std::string before = log();
+        const u64 counted = drops(row.reason);
+        EXPECT_EQ(decode(Line().with(row.field, row.value)), nullptr) << row.name;
+        EXPECT_EQ(drops(row.reason), counted + 1) << row.name;
+        const std::string added = log().substr(before.size());
+        if (row.log.empty()) {
+            EXPECT_EQ(added, "") << row.name;
+        } else {
+            EXPECT_EQ(added.find("exception in processLineSub: " + row.log), 0u) << row.name << ": " << added;
+        }
+    }
+    EXPECT_NE(decode(Line()), nullptr) << "the line as such is good";
+}
+
+TEST_F(TrafficLine, ALineNeedsTwentyNineFieldsOfAnyContent) {
+    Line line;
+    line.fields.resize(29);
+    EXPECT_NE(decode(line), nullptr);
+    line.fields.resize(28);
+    EXPECT_EQ(decode(line), nullptr);
+    for (const char* text : {"", ",", ",,,,", "RTTFC"}) EXPECT_EQ(decode(std::string(text)), nullptr);
+    EXPECT_EQ(decode(std::string(16000, ',')), nullptr);
+    decode(std::string("a,b,"));
+    EXPECT_EQ(gTrafficReader.fields, (std::vector<std::string_view>{"a", "b", ""}));
+}
+
+TEST_F(TrafficLine, PositionsAtTheNullIslandAreRefused) {
+    gTrafficReader.userLat = gTrafficReader.userLon = 0;
+    EXPECT_EQ(decode(Line().with(2, "0.00005").with(3, "0.00005")), nullptr);
+    EXPECT_TRUE(logged("exception in processLineSub: invalid lalo: 0.000050,0.000050\n"));
+    EXPECT_NE(decode(Line().with(2, "0.00005").with(3, "0.00011")), nullptr);
+}
+
+TEST_F(TrafficLine, NumbersAreReadExactlyInAnyForm) {
+    for (const char* text : {"52.2", "52.253820000000001", "5.2e1", "52.", "52.25382abc", "5220000e-5",
+                             "52.25382000000000000000000000001"}) {
+        const TrafficReport* report = decode(Line().with(2, text));
+        ASSERT_NE(report, nullptr) << text;
+        EXPECT_EQ(report->sample.lat, std::strtod(text, nullptr)) << text;
+    }
+    EXPECT_EQ(decode(Line().with(1, "123456abc"))->hexid, 123456u);
+    EXPECT_EQ(decode(Line().with(1, "4294967295"))->hexid, 4294967295u);
+}
+
+TEST_F(TrafficLine, TheVehicleTypesCountOnlyWithACategory) {
+    EXPECT_NE(decode(Line().with(10, "GRND").with(28, "")), nullptr);
+    EXPECT_NE(decode(Line().with(10, "GRND").with(28, "null")), nullptr);
+    EXPECT_EQ(decode(Line().with(10, "GRND").with(28, "A3")), nullptr);
+}
+
+TEST_F(TrafficLine, WithoutACallsignTheRegistrationIsIdentityEnough) {
+    for (const char* callsign : {"", "null", "@@@@@@@@", "N123@"}) {
+        const TrafficReport* report = decode(Line().with(9, callsign));
+        ASSERT_NE(report, nullptr) << callsign;
+        EXPECT_EQ(report->callsign, "");
+        EXPECT_EQ(decode(Line().with(9, callsign).with(11, "null")), nullptr) << callsign;
+    }
+    EXPECT_NE(decode(Line().with(11, "")), nullptr);
+}
+
+TEST_F(TrafficLine, HeightOverTheParkAirportAndSpeedTellWhatIsOnTheGround) {
+    struct Row {
+        f64 elevation;
+        const char* alt;
+        const char* speed;
+        bool airborne;
+    };
+    const Row rows[] = {
+        {100, "130", "100", false}, {100, "130", "130", true},    {100, "142", "120", false},
+        {100, "143", "120", true},  {100, "184", "80", false},    {100, "184", "80.1", true},
+        {100, "208", "43", false},  {100, "208", "43.1", true},   {100, "500", "30", false},
+        {100, "500", "35.1", true}, {100, "100", "200", false},   {14500, "14000", "200", true},
+        {-11, "25", "140", true},   {5000, "4000", "150", false},
+    };
+    for (const Row& row : rows) {
+        setParkAirport(row.elevation);
+        const TrafficReport* report = decode(Line().with(4, row.alt).with(8, row.speed));
+        ASSERT_NE(report, nullptr) << row.alt << " " << row.speed;
+        EXPECT_EQ(report->sample.airborne, row.airborne) << row.alt << " " << row.speed;
+        EXPECT_EQ(report->sample.alt, row.airborne ? std::stod(row.alt) : 0);
+    }
+    gTrafficReader.parkAirportAltValid = false;
+    EXPECT_NE(decode(Line().with(4, "30").with(8, "60")), nullptr) << "no airport to be on the ground of";
+    EXPECT_EQ(decode(Line().with(4, "3000").with(8, "30")), nullptr);
+}
+
+TEST_F(TrafficLine, OnTheGroundOnlyTheParkAirportCountsAndRollDoesNot) {
+    setParkAirport(-11);
+    const TrafficReport* report = decode(Line().with(4, "0").with(23, "not given"));
+    ASSERT_NE(report, nullptr);
+    EXPECT_FALSE(report->sample.airborne || report->sample.rollValid);
+    EXPECT_EQ(decode(Line().with(4, "0").with(2, "52.34")), nullptr) << "more than 5 nm away";
+}
+
+TEST_F(TrafficLine, AirborneOnlyKeepsWhatIsWellAboveTheAirport) {
+    AIRBORNE_ONLY.current = true;
+    EXPECT_EQ(decode(Line().with(4, "200")), nullptr);
+    EXPECT_EQ(decode(Line().with(4, "300")), nullptr);
+    EXPECT_NE(decode(Line().with(4, "301")), nullptr);
+    setParkAirport(1000);
+    EXPECT_EQ(decode(Line().with(4, "1300")), nullptr);
+    EXPECT_NE(decode(Line().with(4, "1301")), nullptr);
+    EXPECT_EQ(decode(Line().with(4, "0")), nullptr) << "on the ground, however deep below the airport";
+}
+
+TEST_F(TrafficLine, TheTrueHeadingOfAdsbStandsInForAMissingTrack) {
+    const auto adsb = [] { return Line().with(17, "adsb_icao"); };
+    const PosSample north = decode(adsb().with(25, "0"))->sample;
+    EXPECT_TRUE(north.adsb && north.trueHeadingValid);
+    EXPECT_DOUBLE_EQ(north.trueHeading, 2 * kPi);
+    EXPECT_EQ(north.track, 92.45);
+    EXPECT_DOUBLE_EQ(decode(adsb().with(25, "90").with(7, "0"))->sample.track, 90);
+    EXPECT_DOUBLE_EQ(decode(adsb().with(25, "360").with(7, ""))->sample.track, 360);
+    const PosSample unknown = decode(adsb().with(25, "-1.00").with(7, "0.00"))->sample;
+    EXPECT_FALSE(unknown.adsb || unknown.trueHeadingValid);
+    EXPECT_EQ(unknown.track, 0);
+    EXPECT_EQ(decode(adsb().with(25, "360.5")), nullptr);
+    EXPECT_TRUE(logged("exception in processLineSub: trueheading: 360.50\n"));
+    EXPECT_EQ(decode(adsb().with(25, "")), nullptr);
+    EXPECT_TRUE(logged("exception in processLineSub: trueheading:\n"));
+    EXPECT_NE(decode(Line().with(25, "")), nullptr) << "other messages have none";
+}
+
+TEST_F(TrafficLine, RollAndTasOfMinusOneAreUnknown) {
+    EXPECT_FALSE(decode(Line().with(23, "-1.0"))->sample.rollValid);
+    EXPECT_FALSE(decode(Line().with(23, "0.0"))->sample.rollValid);
+    EXPECT_GT(decode(Line().with(23, "-1.1"))->sample.roll, 0);
+    const std::pair<const char*, f64> rows[] = {{"2000", 180},  {"2001", 220},  {"5000", 220}, {"10000", 250},
+                                                {"20000", 350}, {"20001", 430}, {"41000", 430}};
+    for (const auto& [alt, tas] : rows) EXPECT_EQ(decode(Line().with(4, alt).with(20, "-1"))->sample.tas, tas) << alt;
+    EXPECT_EQ(decode(Line().with(20, "0"))->sample.tas, 0);
+}
+
+TEST_F(TrafficLine, CollectsRealCallsignsAlsoFromReportsThatAreDropped) {
+    decode(Line().with(9, "BEFORE1"));
+    gf_collectCallsigns(true);
+    for (const char* callsign : {"KLM1", "KLM1", "null", "", "N123@"}) decode(Line().with(9, callsign));
+    decode(Line().with(9, "KLM2").with(10, "GRND"));
+    decode(Line().with(9, "FAR").with(2, "54"));
+    gf_collectCallsigns(false);
+    decode(Line().with(9, "AFTER1"));
+    EXPECT_EQ(gTrafficReader.realCallsigns, (std::set<std::string, std::less<>>{"KLM1", "KLM2"}));
+}
+
+TEST_F(TrafficLine, WhileReportsAreNotTakenTheFeedsClockStillRuns) {
+    gAcceptReports = false;
+    EXPECT_EQ(decode(Line()), nullptr);
+    EXPECT_EQ(gLastTimestamp, 1666985865.8);
+    EXPECT_EQ(gf_feedCounterText().find("received "), 0u);
+}
+
+// What the engine may rely on, whatever came over the wire.
+std::string broken(const TrafficReport& report) {
+    const PosSample& s = report.sample;
+    for (const f64 value : {s.lat, s.lon, s.alt, s.speed, s.track, s.vs, s.tas, s.roll, s.trueHeading}) {
+        if (!std::isfinite(value)) return "a value that is no number";
+    }
+    if (std::fabs(s.lat) > 90 || std::fabs(s.lon) > 180) return "position";
+    if (s.alt < 0 || s.alt > 200000 || s.airborne != (s.alt > 0)) return "altitude";
+    if (s.speed < 0 || s.speed > 4000 || s.tas < 0 || s.tas > 4000) return "speed";
+    if (std::fabs(s.track) > 360 || std::fabs(s.vs) > 100000 || std::fabs(s.roll) > kPi) return "motion";
+    if (s.trueHeading < 0 || s.trueHeading > 2 * kPi + 1e-9) return "heading";
+    if (report.hexid <= kLastStaticId || report.registration.size() > 12 || report.model.empty()) return "identity";
+    if (report.callsign.empty() && report.registration.empty()) return "no name";
+    if (!(report.timestamp >= 0 && report.timestamp < 1e12)) return "timestamp";
+    return {};
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kMutatedLines = 120'000;
+#else
+constexpr int kMutatedLines = 1'000'000;
+#endif
+
+TEST_F(TrafficLine, NoDamagedLineBringsNonsenseIntoTheQueue) {
+    gf_closeLog();  // a line for each of them would be the greater part of the work
+    setParkAirport(-11);
+    gTrafficReader.rangeNm = 200;
+    GenerateOptions options;
+    options.minutes = 1;
+    options.aircraft = 40;
+    const std::vector<TimedLine> lines = generateFeed(options);
+    ASSERT_FALSE(lines.empty());
+    const char* const nasty[] = {"",       "-1",         "nan",     "inf", "-inf", "1e308", "-1e308",
+                                 "1e-320", "4294967296", "null",    "0x1", "-0",   "@",     "360.1",
+                                 "-360",   "9e15",       "0.00001", " 5",  "+5",   "1e"};
+    std::mt19937 random(7);
+    const auto below = [&](std::size_t count) { return random() % count; };
+    u64 queued = 0;
+    for (int i = 0; i < kMutatedLines; ++i) {
+        std::string line = lines[below(lines.size())].line;
+        const std::size_t damages = 1 + below(3);
+        for (std::size_t k = 0; k < damages; ++k) {
+            const std::size_t at = below(line.size());
+            switch (below(5)) {
+                case 0:
+                    line[at] = static_cast<char>(random());
+                    break;
+                case 1:
+                    line.erase(at, 1 + below(4));
+                    break;
+                case 2:
+                    line.insert(at, 1, static_cast<char>(random()));
+                    break;
+                default: {  // another value in a whole field
+                    const std::size_t begin = line.rfind(',', at) + 1;
+                    const std::size_t end = std::min(line.find(',', begin), line.size());
+                    line.replace(begin, end - begin, nasty[below(std::size(nasty))]);
+                }
+            }
+            if (line.empty()) break;
+        }
+        gTrafficReader.text = line;
+        processLine(gTrafficReader);
+        for (const TrafficReport& report : gReports) {
+            const std::string what = broken(report);
+            ASSERT_EQ(what, "") << line;
+            ++queued;
+        }
+        gReports.clear();
+    }
+    EXPECT_GT(queued, static_cast<u64>(kMutatedLines / 10)) << "most of them must get that far to prove anything";
+}
+
+}  // namespace
+}  // namespace hcr

@@ -21,14 +21,14 @@ constexpr u32 kLive = 4740001, kStatic = 17;
 constexpr i64 kCycleUs = 10000;
 
 /// The session and a worker with nothing but this module's part of its cycle, before the sandbox, in simulated time.
-struct SandboxSession : SessionTest {
-    SandboxSession() {
+struct SessionOnSandbox : SessionTest {
+    SessionOnSandbox() {
         gSimHandle = nullptr;
         gf_holdClock(1700000000);
         scenario.user = {UserPoint{0, 52.31, 4.76, 0, 90, 0, true}};
         scenario.refused = {"Refused Livery"};
     }
-    ~SandboxSession() override {
+    ~SessionOnSandbox() override {
         gf_endSimClient();
         gf_stopSandbox();
         gf_releaseClock();
@@ -123,7 +123,7 @@ struct SandboxSession : SessionTest {
     std::vector<u32> gone;
 };
 
-TEST_F(SandboxSession, TheUserIsKnownWhenTheFlightRuns) {
+TEST_F(SessionOnSandbox, TheUserIsKnownWhenTheFlightRuns) {
     begin();
     EXPECT_TRUE(gUserOnGround);
     run(200);
@@ -141,7 +141,7 @@ TEST_F(SandboxSession, TheUserIsKnownWhenTheFlightRuns) {
     EXPECT_EQ(gf_sandboxCounters().exceptions, 0U);
 }
 
-TEST_F(SandboxSession, ALiveAircraftIsMadeFrozenPlacedAndTakenAway) {
+TEST_F(SessionOnSandbox, ALiveAircraftIsMadeFrozenPlacedAndTakenAway) {
     begin();
     LiveAc& ac = addLive();
     ASSERT_TRUE(runUntil([&ac] { return ac.objectId != 0; }));
@@ -173,7 +173,7 @@ TEST_F(SandboxSession, ALiveAircraftIsMadeFrozenPlacedAndTakenAway) {
     EXPECT_EQ(gf_sandboxCounters().exceptions, 0U);
 }
 
-TEST_F(SandboxSession, AnAircraftRemovedWhileItsRequestWaitsNeverAppears) {
+TEST_F(SessionOnSandbox, AnAircraftRemovedWhileItsRequestWaitsNeverAppears) {
     begin();
     while (tick % 50 != 1) cycle();
     LiveAc& ac = addLive();
@@ -184,7 +184,7 @@ TEST_F(SandboxSession, AnAircraftRemovedWhileItsRequestWaitsNeverAppears) {
     EXPECT_EQ(gf_sandboxCounters().creates, 0U);
 }
 
-TEST_F(SandboxSession, AnAircraftRemovedWhileItIsMadeGoesAfterTheWaitingList) {
+TEST_F(SessionOnSandbox, AnAircraftRemovedWhileItIsMadeGoesAfterTheWaitingList) {
     begin();
     LiveAc& ac = addLive();
     ASSERT_TRUE(runUntil([] { return !gPendingCreates.empty(); }));
@@ -196,7 +196,7 @@ TEST_F(SandboxSession, AnAircraftRemovedWhileItIsMadeGoesAfterTheWaitingList) {
     EXPECT_TRUE(gf_sandboxObjects().empty());
 }
 
-TEST_F(SandboxSession, ARefusedTitleIsReportedAndTheNextAircraftIsStillRecognised) {
+TEST_F(SessionOnSandbox, ARefusedTitleIsReportedAndTheNextAircraftIsStillRecognised) {
     begin();
     addLive("KLM1", "Refused Livery");
     addLive("KLM2");
@@ -206,7 +206,7 @@ TEST_F(SandboxSession, ARefusedTitleIsReportedAndTheNextAircraftIsStillRecognise
     EXPECT_TRUE(gPendingCreates.empty());
 }
 
-TEST_F(SandboxSession, AThousandFramesOfPositionsReachTheSimulatorAcrossThreads) {
+TEST_F(SessionOnSandbox, AThousandFramesOfPositionsReachTheSimulatorAcrossThreads) {
     // The real thread, the worker's side on this one, fifty times as fast as the clock on the wall.
     gf_releaseClock();
     gf_speedClock(50);

@@ -13,25 +13,25 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kSpeedOnFinal = 100;          // knots, for an approach whose speed isn't known
-constexpr f64 kHighAgl = 1000;              // feet; below it no take-off may sink
-constexpr f64 kLowestClimbPerCs = 0.2;      // feet per cs, about 1200 feet per minute
-constexpr f64 kNoLongerSinkingVs = 100;     // feet per minute
+constexpr f64 kSpeedOnFinal = 100;       // knots, for an approach whose speed isn't known
+constexpr f64 kHighAgl = 1000;           // feet; below it no take-off may sink
+constexpr f64 kLowestClimbPerCs = 0.2;   // feet per cs, about 1200 feet per minute
+constexpr f64 kNoLongerSinkingVs = 100;  // feet per minute
 constexpr f64 kTicksPerMinute = 6000;
-constexpr f64 kLandingVs = -601;            // feet per minute
+constexpr f64 kLandingVs = -601;  // feet per minute
 constexpr f64 kShortFinalVs = -600;
-constexpr f64 kShortFinalAgl = 100;         // feet
-constexpr f64 kTakeOffVs = 601;             // feet per minute
-constexpr i32 kStandardQnh = 1013;          // hPa
-constexpr f64 kStandardPressure = 1013.25;  // hPa
-constexpr f64 kSinkPerHpa = 6;              // feet per minute; the feed's altitudes are barometric
+constexpr f64 kShortFinalAgl = 100;                // feet
+constexpr f64 kTakeOffVs = 601;                    // feet per minute
+constexpr i32 kStandardQnh = 1013;                 // hPa
+constexpr f64 kStandardPressure = 1013.25;         // hPa
+constexpr f64 kSinkPerHpa = 6;                     // feet per minute; the feed's altitudes are barometric
 constexpr f64 kLevelPitch = -0.05235987755982989;  // 3 degrees nose up
-constexpr f64 kPitchStepVs = 600;           // feet per minute for each kPitchStepDeg
+constexpr f64 kPitchStepVs = 600;                  // feet per minute for each kPitchStepDeg
 constexpr f64 kPitchStepDeg = 2.2;
 constexpr f64 kSteepestDescent = -3000, kSteepestClimb = 2400;  // feet per minute, for the pitch
 constexpr f64 kHeadingAgl = 1000, kHeadingAglLanding = 2000;    // feet; below, a reported true heading leads
-constexpr f64 kHighAltitude = 10000;        // feet
-constexpr i32 kFirstSkip = 3, kLastSkip = 10;  // samples looked at for a jump into the air
+constexpr f64 kHighAltitude = 10000;                            // feet
+constexpr i32 kFirstSkip = 3, kLastSkip = 10;                   // samples looked at for a jump into the air
 
 f64 lf_climbRate(const LiveAc& ac) {
     const PosSample& s2 = ac.stream[1];
@@ -157,8 +157,8 @@ void lf_highAltitudeConfig(LiveAc& ac) {
 }  // namespace
 
 f64 airPitch(f64 verticalSpeed) {
-    const f64 v = verticalSpeed < 0 ? std::max(verticalSpeed, kSteepestDescent) / 2
-                                    : std::min(verticalSpeed, kSteepestClimb);
+    const f64 v =
+        verticalSpeed < 0 ? std::max(verticalSpeed, kSteepestDescent) / 2 : std::min(verticalSpeed, kSteepestClimb);
     return kLevelPitch - v / kPitchStepVs * kPitchStepDeg * kDegToRad;
 }
 

@@ -107,8 +107,8 @@ void lf_findGhost(std::string_view callsign) {
         gf_log(fmt::format("{:8}: {:8} is a ghost and will be removed, continue with {}", standName(ghost->standId),
                            ghost->callsign, callsign));
     } else {
-        gf_log(fmt::format("          {:8} is a ghost and will be removed, continue with {}", ghost->callsign,
-                           callsign));
+        gf_log(
+            fmt::format("          {:8} is a ghost and will be removed, continue with {}", ghost->callsign, callsign));
     }
     gGhosts.push_back(std::move(name));
     removeAircraftFromSim(*ghost);
@@ -122,8 +122,7 @@ bool lf_isGhostName(std::string_view callsign) {
 bool lf_userConflict(LiveAc& ac) {
     const UserAircraftData user = gf_lastUserPosition();
     const PosSample& s1 = ac.stream.front();
-    const bool conflict =
-        gUserOnGround ? lf_blocksUserOnGround(ac, s1, user) : lf_blocksUserInAir(ac, s1, user);
+    const bool conflict = gUserOnGround ? lf_blocksUserOnGround(ac, s1, user) : lf_blocksUserInAir(ac, s1, user);
     if (conflict) ac.stream.erase(ac.stream.begin());
     return conflict;
 }

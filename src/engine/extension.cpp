@@ -20,9 +20,9 @@ namespace {
 
 constexpr i32 kStepsInAir = 8, kStepsOnGround = 10, kStepsParked = 1;
 constexpr i32 kLegInAirS = 8, kLegOnGroundS = 3;
-constexpr i32 kLegParkedS = 604800;       // a week: a parked aircraft stays
-constexpr f64 kRangeMarginNm = 0.5;       // who is lost at the edge of the range has left it
-constexpr f64 kNearGroundFt = 1000;       // with traffic in the air only, nobody is extended towards the runway
+constexpr i32 kLegParkedS = 604800;  // a week: a parked aircraft stays
+constexpr f64 kRangeMarginNm = 0.5;  // who is lost at the edge of the range has left it
+constexpr f64 kNearGroundFt = 1000;  // with traffic in the air only, nobody is extended towards the runway
 constexpr f64 kSlowDownInAir = 0.95, kSlowDownOnFinal = 0.9;
 constexpr f64 kSlowestKt = 1.0;
 constexpr i32 kFinalSlowsFromStep = 4;
@@ -35,8 +35,8 @@ struct RunSpeed {
     f64 vs;     // feet per minute
 };
 // Take-off run: up to the bound the next speed is ...
-constexpr std::array<RunSpeed, 5> kTakeOffRun{{{30, 40, 0}, {60, 80, 0}, {100, 110, 0}, {140, 150, 600},
-                                               {160, 170, 1200}}};
+constexpr std::array<RunSpeed, 5> kTakeOffRun{
+    {{30, 40, 0}, {60, 80, 0}, {100, 110, 0}, {140, 150, 600}, {160, 170, 1200}}};
 constexpr RunSpeed kTakeOffRunEnd{0, 180, 2400};
 // Roll-out: from the bound on the next speed is ...
 constexpr std::array<RunSpeed, 4> kRollOut{{{140, 100, 0}, {100, 80, 0}, {80, 60, 0}, {60, 30, 0}}};

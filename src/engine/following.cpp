@@ -30,10 +30,10 @@ constexpr f64 kTicksPerNmAtOneKnot = 360000;  // cs in an hour
 constexpr i32 kNormalLimitCs = 1000;          // maxEarly and maxLate fall back to this
 constexpr i32 kLimitDecayCs = 100;
 constexpr f64 kFlarePitchLimit = -0.06981317007977318;  // -4 degrees: a tail strike otherwise
-constexpr i32 kExtendTries = 16;              // more than any rule asks for in one go
-constexpr i32 kFailurePauseCs = 100;          // failures further apart are not one row of failures
-constexpr i32 kFailureLogCs = 6000;           // a failing aircraft is logged once a minute
-constexpr i32 kFailureLimitCs = 3000;         // one that fails for 30 s without a break is given up
+constexpr i32 kExtendTries = 16;                        // more than any rule asks for in one go
+constexpr i32 kFailurePauseCs = 100;                    // failures further apart are not one row of failures
+constexpr i32 kFailureLogCs = 6000;                     // a failing aircraft is logged once a minute
+constexpr i32 kFailureLimitCs = 3000;                   // one that fails for 30 s without a break is given up
 
 /// A row of failures of one aircraft, so that a leg that can't be planned neither floods the log nor stands for ever.
 struct FailureRow {

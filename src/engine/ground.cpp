@@ -17,20 +17,20 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kStraightDeg = 3;        // below it a corner is none
+constexpr f64 kStraightDeg = 3;  // below it a corner is none
 constexpr f64 kSharpDeg = 45;
-constexpr f64 kReversalDeg = 160;      // above it nobody turns: the feed jumped back
+constexpr f64 kReversalDeg = 160;  // above it nobody turns: the feed jumped back
 constexpr f64 kRightAngleDeg = 90;
 constexpr f64 kLongLegNm = 0.02699784017278618;  // 50 m: before a sharp corner the leg is split, the curve comes late
 constexpr i32 kLongLegCs = 600;
 constexpr f64 kFastTaxiKt = 43;
-constexpr f64 kSpeedStepKt = 5;        // a greater change of speed comes in two steps
+constexpr f64 kSpeedStepKt = 5;  // a greater change of speed comes in two steps
 constexpr f64 kSpeedStepNm = 100.0 / kMetresPerNm;
 constexpr i32 kShortestLegCs = 25;
-constexpr f64 kSlackTurn = 1.2;        // a leg that leaves more time than this lets the aircraft turn slower
+constexpr f64 kSlackTurn = 1.2;  // a leg that leaves more time than this lets the aircraft turn slower
 constexpr f64 kGentleDeg = 10, kSteepDeg = 30;
 constexpr f64 kTurnLegNm = 30 * 0.0005399568034557236;  // 30 m
-constexpr i32 kTurnLimitCs = 2000;     // a right angle may take the aircraft so far off its times
+constexpr i32 kTurnLimitCs = 2000;                      // a right angle may take the aircraft so far off its times
 constexpr f64 kCurveEnd = 0.999999;
 constexpr f64 kHeadingTolerance = 0.5 * kDegToRad;
 constexpr f64 kOffRunwayDeg = 15;

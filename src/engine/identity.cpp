@@ -90,8 +90,7 @@ bool lf_checkRoute(LiveAc& ac, const TrafficReport& report) {
     changed = lf_copyIfMissing(ac.from, report.from) || changed;
     const bool known = !ac.to.empty() && !ac.from.empty() && !report.to.empty() && !report.from.empty();
     if (!known || ac.to == report.to || ac.from == report.from) return changed;
-    const bool returnLeg =
-        !gParkAirport.iata.empty() && ac.from == gParkAirport.iata && report.to == ac.from;
+    const bool returnLeg = !gParkAirport.iata.empty() && ac.from == gParkAirport.iata && report.to == ac.from;
     if (returnLeg) return changed;
     ac.from = report.from;
     ac.to = report.to;

@@ -16,13 +16,13 @@
 namespace hcr {
 namespace {
 
-constexpr std::size_t kStuckStream = 200;           // so many samples ahead mean that nothing moves any more
-constexpr f64 kStandstillDegrees = 0.00015;         // about 15 m: positions of a standing aircraft scatter as far
+constexpr std::size_t kStuckStream = 200;                // so many samples ahead mean that nothing moves any more
+constexpr f64 kStandstillDegrees = 0.00015;              // about 15 m: positions of a standing aircraft scatter as far
 constexpr f64 kStandstillSpeed = 50, kRepeatSpeed = 30;  // knots: a take-off run may repeat a position above these
-constexpr std::size_t kTrimDepth = 7;               // samples looked back at
-constexpr i32 kTrimCs = 1500;                       // a stop shorter than this is cut out
-constexpr f64 kTrimNm = 0.011879049676025918;       // 22 m
-constexpr f64 kTakeOffSpeed = 43;                   // knots: nobody taxies as fast
+constexpr std::size_t kTrimDepth = 7;                    // samples looked back at
+constexpr i32 kTrimCs = 1500;                            // a stop shorter than this is cut out
+constexpr f64 kTrimNm = 0.011879049676025918;            // 22 m
+constexpr f64 kTakeOffSpeed = 43;                        // knots: nobody taxies as fast
 
 bool lf_within(f64 a, f64 b, f64 bound) {
     return std::abs(a - b) <= bound;

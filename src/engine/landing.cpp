@@ -18,9 +18,9 @@ constexpr f64 kDescendingVs = -250, kClimbingVs = 400;          // feet per minu
 constexpr f64 kLevelVs = 100, kGoAroundVs = 600;
 constexpr f64 kNearAirportNm = 10;
 constexpr i32 kRaisedLimitCs = 3000, kTakeOffLateCs = 5000;
-constexpr f64 kFlareAgl = 400;                                  // feet; nothing of a flare happens above
-constexpr f64 kFlarePitch = -0.06981317007977318;               // 4 degrees nose up
-constexpr f64 kLeverReverse = 100, kLeverReverseFsltl = -100;   // percent
+constexpr f64 kFlareAgl = 400;                                 // feet; nothing of a flare happens above
+constexpr f64 kFlarePitch = -0.06981317007977318;              // 4 degrees nose up
+constexpr f64 kLeverReverse = 100, kLeverReverseFsltl = -100;  // percent
 
 struct FlareStep {
     f64 height;  // feet above the height when standing

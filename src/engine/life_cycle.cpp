@@ -24,16 +24,16 @@ namespace hcr {
 namespace {
 
 constexpr f64 kJumpFactor = 10, kJumpFromKt = 5, kJumpToKt = 80;
-constexpr f64 kFastKt = 120, kSlowKt = 30;             // between them every report counts
+constexpr f64 kFastKt = 120, kSlowKt = 30;  // between them every report counts
 constexpr f64 kStraightDegAir = 1, kStraightDegGround = 2;
-constexpr f64 kLeastAirNm = 0.2429805615550756;        // 450 m
-constexpr f64 kLeastGroundNm = 0.010799136069114472;   // 20 m
+constexpr f64 kLeastAirNm = 0.2429805615550756;       // 450 m
+constexpr f64 kLeastGroundNm = 0.010799136069114472;  // 20 m
 constexpr f64 kLongestGapS = 15;
-constexpr f64 kHoverBandFt = 108;   // too low to fly and too high to stand
+constexpr f64 kHoverBandFt = 108;  // too low to fly and too high to stand
 constexpr f64 kHoverTopFt = 10000;
 constexpr f64 kNoAirportAltFt = -1000;
 constexpr f64 kRotationSpread = 2.5, kClimbSpread = 5;  // percent: no two aircraft rotate alike
-constexpr std::size_t kUsualStream = 16;               // reports in 30 seconds, and some
+constexpr std::size_t kUsualStream = 16;                // reports in 30 seconds, and some
 
 bool lf_jumps(f64 v, f64 w) {
     return (w > kJumpFromKt && v >= w * kJumpFactor) || (v > kJumpFromKt && w >= v * kJumpFactor) ||
@@ -59,8 +59,7 @@ bool lf_tellsNothing(const LiveAc& ac, const PosSample& sample, f64 gap) {
 bool lf_isUseless(const LiveAc& ac, const TrafficReport& report) {
     if (ac.stream.empty()) return false;
     const f64 gap = report.timestamp - ac.lastTimestamp;
-    return gap <= 1 || lf_jumps(report.sample.speed, ac.stream.back().speed) ||
-           lf_tellsNothing(ac, report.sample, gap);
+    return gap <= 1 || lf_jumps(report.sample.speed, ac.stream.back().speed) || lf_tellsNothing(ac, report.sample, gap);
 }
 
 bool lf_hovers(const PosSample& sample) {
@@ -149,10 +148,14 @@ std::string gf_airlineOfCallsign(const std::string& callsign) {
 
 bool classShown(i32 acClass) {
     switch (acClass) {
-        case Light: return LIGHT_AIRCRAFT.current;
-        case HighPerf: return HIGH_PERF_AIRCRAFT.current;
-        case Rotorcraft: return HELICOPTERS.current;
-        default: return acClass >= 0 && acClass < kClassCount;
+        case Light:
+            return LIGHT_AIRCRAFT.current;
+        case HighPerf:
+            return HIGH_PERF_AIRCRAFT.current;
+        case Rotorcraft:
+            return HELICOPTERS.current;
+        default:
+            return acClass >= 0 && acClass < kClassCount;
     }
 }
 

@@ -23,11 +23,11 @@ constexpr f64 kElsewhereNm = 0.10799136069114472;           // 200 m
 constexpr f64 kRetreatNm = 0.0016198704103671706;           // 3 m
 constexpr i32 kRetreats = 3;
 constexpr f64 kRetreatSpans = 0.5;
-constexpr i32 kWeekCs = 60480000;                           // the extension of a parked aircraft
+constexpr i32 kWeekCs = 60480000;  // the extension of a parked aircraft
 constexpr i32 kTurnaroundHeavyCs = 360000, kTurnaroundLargeCs = 150000, kTurnaroundBuzjetCs = 90000;
-constexpr f64 kBehindDeg = 100;    // a report this far off the heading lies behind an extended aircraft
+constexpr f64 kBehindDeg = 100;  // a report this far off the heading lies behind an extended aircraft
 constexpr f64 kBesideDeg = 90, kBackwardsDeg = 150;
-constexpr f64 kRunwaySpeedKt = 40; // a landed aircraft faster than this doesn't speed up
+constexpr f64 kRunwaySpeedKt = 40;  // a landed aircraft faster than this doesn't speed up
 
 /// How far the sample is off the heading, seen from `from`, in degrees.
 f64 lf_offHeading(const LiveAc& ac, LatLon from, const PosSample& sample) {
@@ -50,10 +50,14 @@ void lf_endHold(LiveAc& ac) {
 
 bool lf_tooSoonToLeave(i32 acClass, i64 standingCs) {
     switch (acClass) {
-        case Heavy: return standingCs < kTurnaroundHeavyCs;
-        case Large: return standingCs < kTurnaroundLargeCs;
-        case Buzjets: return standingCs < kTurnaroundBuzjetCs;
-        default: return false;
+        case Heavy:
+            return standingCs < kTurnaroundHeavyCs;
+        case Large:
+            return standingCs < kTurnaroundLargeCs;
+        case Buzjets:
+            return standingCs < kTurnaroundBuzjetCs;
+        default:
+            return false;
     }
 }
 

@@ -19,8 +19,8 @@
 namespace hcr {
 namespace {
 
-constexpr std::size_t kUsualBatch = 256;                 // messages between two cycles
-constexpr u32 kFirstObject = 3;                          // smaller ids are no objects
+constexpr std::size_t kUsualBatch = 256;  // messages between two cycles
+constexpr u32 kFirstObject = 3;           // smaller ids are no objects
 constexpr f64 kLowestCgFt = 1, kHighestCgFt = 35;
 constexpr f64 kLowestPitch = -1 * kDegToRad, kHighestPitch = 2.5 * kDegToRad;
 constexpr f64 kUsualGroundPitch = 0.012217304763960306;  // 0.7 degrees

@@ -15,11 +15,11 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kClimbingVs = 256;      // feet per minute: samples above it are in a climb
-constexpr f64 kLeastRise = 0.1;       // feet
-constexpr f64 kEndOfTakeOffAgl = 800; // feet
-constexpr i32 kGearUpCount = -300;    // cs behind the lift-off, counted down
-constexpr i32 kLastCount = -1000;     // further down nothing changes any more
+constexpr f64 kClimbingVs = 256;       // feet per minute: samples above it are in a climb
+constexpr f64 kLeastRise = 0.1;        // feet
+constexpr f64 kEndOfTakeOffAgl = 800;  // feet
+constexpr i32 kGearUpCount = -300;     // cs behind the lift-off, counted down
+constexpr i32 kLastCount = -1000;      // further down nothing changes any more
 constexpr Lights kTakeOffLights{.nav = 1, .beacon = 1, .landing = 1, .taxi = 1, .strobes = 1, .logo = 1};
 
 template <typename Test>

@@ -17,7 +17,7 @@ namespace hcr {
 namespace {
 
 constexpr i32 kRangeOnGroundNm = 10, kRangeHighNm = 100, kRangeCruiseNm = 40;
-constexpr f64 kNearNm = 7, kFarNm = 37;      // distances to the airport between which the range follows
+constexpr f64 kNearNm = 7, kFarNm = 37;  // distances to the airport between which the range follows
 constexpr f64 kNoAirportNm = 10000;
 constexpr u32 kMetresPerMile = 1852;
 
@@ -25,8 +25,8 @@ struct RangeStep {
     i32 distance;  // nm, rounded, from which on ...
     i32 range;     // ... this range holds
 };
-constexpr RangeStep kRangeSteps[] = {{33, 35}, {28, 30}, {23, 25}, {19, 20}, {17, 18}, {15, 16},
-                                     {13, 14}, {11, 12}, {9, 10},  {0, 8}};
+constexpr RangeStep kRangeSteps[] = {{33, 35}, {28, 30}, {23, 25}, {19, 20}, {17, 18},
+                                     {15, 16}, {13, 14}, {11, 12}, {9, 10},  {0, 8}};
 
 std::atomic<u32> lf_rangeMetres{40 * kMetresPerMile};
 
@@ -50,8 +50,10 @@ bool lf_standsSomewhere(const LiveAc& ac) {
         case FlightState::pushing_back:
         case FlightState::pushed_back:
         case FlightState::taxi:
-        case FlightState::take_off: return true;
-        default: return false;
+        case FlightState::take_off:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -125,8 +127,8 @@ std::string gf_standUnderUser(LatLon) {
 void gf_rememberUserStand() {}
 
 void gf_clearSelectedStand() {
-    const auto stand = std::find_if(gStands.begin(), gStands.end(),
-                                    [](const ParkPos& s) { return s.id == gSelectedStand; });
+    const auto stand =
+        std::find_if(gStands.begin(), gStands.end(), [](const ParkPos& s) { return s.id == gSelectedStand; });
     const u32 number = stand == gStands.end() ? 0 : stand->number;
     if (number == 0) return;
     for (ParkedAc& ac : gParkedAcs) {
@@ -135,7 +137,8 @@ void gf_clearSelectedStand() {
         return;
     }
     for (LiveAc& ac : gLiveAcs) {
-        if (ac.standId != number || ac.lifeState != LifeState::active || ac.flightState != FlightState::parked) continue;
+        if (ac.standId != number || ac.lifeState != LifeState::active || ac.flightState != FlightState::parked)
+            continue;
         removeAircraftFromSim(ac);
         return;
     }

@@ -11,9 +11,9 @@ namespace hcr {
 /// An airport at which the user may find static parking, nearest first.
 struct ParkAirportEntry {
     std::string code;
-    std::string stand;       ///< the user's stand there; empty = none kept
-    f64 lat = 0, lon = 0;    ///< degrees
-    f64 distance = 0;        ///< nm from the user
+    std::string stand;     ///< the user's stand there; empty = none kept
+    f64 lat = 0, lon = 0;  ///< degrees
+    f64 distance = 0;      ///< nm from the user
 };
 
 extern std::vector<ParkAirportEntry> gParkAirports;

@@ -9,7 +9,7 @@ namespace hcr {
 
 // The static parking. Without a park airport its tick has nothing to do.
 
-extern std::atomic<i32> gMaxParked;   ///< wanted number of parked aircraft, static and live together
+extern std::atomic<i32> gMaxParked;  ///< wanted number of parked aircraft, static and live together
 extern bool gRenewalRunning;
 
 void gf_parkTick(bool first);

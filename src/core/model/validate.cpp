@@ -21,9 +21,11 @@ bool lf_allFinite(const LiveAc& ac) {
     return true;
 }
 
+/// The front has the time at which the aircraft gets there, which may be behind the time of the next sample.
 bool lf_timesRise(const SampleStream& stream) {
+    if (stream.size() < 3) return true;
     const auto notRising = [](const PosSample& a, const PosSample& b) { return b.time <= a.time; };
-    return std::adjacent_find(stream.begin(), stream.end(), notRising) == stream.end();
+    return std::adjacent_find(stream.begin() + 1, stream.end(), notRising) == stream.end();
 }
 
 /// What is wrong with one record, empty when nothing is.

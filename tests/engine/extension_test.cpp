@@ -1,0 +1,132 @@
+#include "engine/extension.h"
+
+#include <gtest/gtest.h>
+
+#include "core/model/run_state.h"
+#include "core/model/tables.h"
+#include "engine/following.h"
+#include "engine/landing.h"
+#include "feed/traffic_reader.h"
+#include "shell/parameters.h"
+#include "sim/session.h"
+#include "tests/engine/engine_world.h"
+
+namespace hcr::test {
+namespace {
+
+struct Extension : EngineWorld {};
+
+TEST_F(Extension, LostInTheAirGoesOnForEightStepsAndLeaves) {
+    const Flight flight{.speed = 300};
+    fly(flight, 61);
+    const FakeObject* flown = object("KLM1023");
+    ASSERT_NE(flown, nullptr);
+    // The last report is played at 90 s; eight steps of 8 s follow.
+    runTo(145);
+    ASSERT_EQ(gLiveAcs.size(), 1U);
+    const f64 headingBefore = flown->writes.back().heading;
+    runTo(170, [] { return gLiveAcs.empty(); });
+    EXPECT_TRUE(gLiveAcs.empty());
+    EXPECT_NEAR(flown->goneAt - startTick, 9000 + 8 * 800, 300);
+    EXPECT_NEAR(flown->writes.back().heading, headingBefore, 0.1);
+    EXPECT_NEAR(flown->writes.back().alt, flight.alt, 1);
+}
+
+TEST_F(Extension, ReportThatReturnsIsFollowedAgain) {
+    const Flight flight{.speed = 300};
+    fly(flight, 61);
+    runTo(110);
+    ASSERT_GT(gLiveAcs[0].extendCount, 0);
+    fly(flight, 200);
+    ASSERT_EQ(gLiveAcs.size(), 1U);
+    EXPECT_EQ(gLiveAcs[0].extendCount, 0);
+    const PositionBlock& last = object("KLM1023")->writes.back();
+    const PosSample real = flight.at(now() - 30).sample;
+    EXPECT_LT(distanceNm(last.lat, last.lon, real.lat, real.lon), 0.5);
+}
+
+TEST_F(Extension, ReportBehindAnExtendedAircraftIsDropped) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 500));
+    ac.extendCount = 5;
+    ac.heading = 0;
+    PosSample behind = sampleAt({51.9, 4}, 12000, 300, simTick + 3000);
+    EXPECT_FALSE(checkExtendingSituations(ac, behind));
+    EXPECT_EQ(ac.extendCount, 5);
+    PosSample ahead = sampleAt({52.1, 4.02}, 12000, 300, simTick + 3000);
+    EXPECT_TRUE(checkExtendingSituations(ac, ahead));
+    EXPECT_EQ(ac.extendCount, 0);
+    EXPECT_EQ(ac.maxLate, 3000);
+    EXPECT_EQ(ac.stream.front().time, simTick + 1);
+}
+
+TEST_F(Extension, EndsAtOnceForWhomNobodyWouldSee) {
+    struct Row {
+        const char* what;
+        void (*prepare)(LiveAc& ac);
+        bool extended;
+    };
+    const Row rows[] = {
+        {"in range", [](LiveAc&) {}, true},
+        {"at the edge of the range", [](LiveAc&) { gTrafficReader.rangeNm = 60.5; }, false},
+        {"user unknown",
+         [](LiveAc&) {
+             gTrafficReader.rangeNm = 10;
+             gf_storeUserPosition({});
+         },
+         true},
+        {"class switched off",
+         [](LiveAc& ac) {
+             ac.acClass = 5;
+             HELICOPTERS.current = false;
+         },
+         false},
+        {"extension has ended", [](LiveAc& ac) { ac.extendCount = -1; }, false},
+        {"last step", [](LiveAc& ac) { ac.extendCount = 1; }, false},
+        {"low with traffic in the air only",
+         [](LiveAc& ac) {
+             AIRBORNE_ONLY.current = true;
+             ac.alt = 900;
+         },
+         false},
+        {"high with traffic in the air only", [](LiveAc&) { AIRBORNE_ONLY.current = true; }, true},
+    };
+    for (const Row& row : rows) {
+        TearDown();
+        SetUp();
+        gf_storeUserPosition({.lat = 53, .lon = 4});
+        LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick));
+        row.prepare(ac);
+        EXPECT_EQ(lf_tryExtend(ac), row.extended) << row.what;
+        EXPECT_EQ(ac.stream.size(), row.extended ? 2U : 1U) << row.what;
+    }
+}
+
+TEST_F(Extension, RunwaySpeedsRiseAndFallInSteps) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 0, 25, simTick));
+    ac.takeOffRun = true;
+    for (const f64 speed : {40.0, 80.0, 110.0, 150.0, 170.0, 180.0}) {
+        lf_extendStream(ac, 10);
+        ac.stream.erase(ac.stream.begin());
+        EXPECT_EQ(ac.stream[0].speed, speed);
+    }
+    EXPECT_EQ(ac.stream[0].vs, 2400);
+    ac.takeOffRun = false;
+    ac.rollOut = true;
+    for (const f64 speed : {100.0, 80.0, 60.0, 30.0, 20.0, 20.0}) {
+        lf_extendStream(ac, 10);
+        ac.stream.erase(ac.stream.begin());
+        EXPECT_EQ(ac.stream[0].speed, speed);
+    }
+    EXPECT_EQ(ac.stream[0].vs, 0);
+}
+
+TEST_F(Extension, AnAircraftInTheTaxiStateOffTheGroundDoesNotHoldForEver) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick));
+    ac.flightState = FlightState::taxi;
+    ac.onGround = false;
+    nextPosMain(ac);
+    EXPECT_EQ(ac.lifeState, LifeState::removingfromsim);
+}
+
+}  // namespace
+}  // namespace hcr::test

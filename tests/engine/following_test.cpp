@@ -1,0 +1,247 @@
+#include "engine/following.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "core/model/run_state.h"
+#include "core/model/tables.h"
+#include "engine/life_cycle.h"
+#include "liveries/dbase.h"
+#include "sim/aircraft.h"
+#include "sim/drain.h"
+#include "tests/engine/allocation_count.h"
+#include "tests/engine/engine_world.h"
+
+namespace hcr::test {
+namespace {
+
+struct Following : EngineWorld {
+    /// Metres between two writes beyond what the speed explains, the worst of an object's life.
+    static f64 worstJump(const FakeObject& flown) {
+        f64 worst = 0;
+        for (std::size_t i = 1; i < flown.writes.size(); ++i) {
+            const PositionBlock& a = flown.writes[i - 1];
+            const PositionBlock& b = flown.writes[i];
+            const f64 seconds = (flown.writeTicks[i] - flown.writeTicks[i - 1]) / 100.0;
+            const f64 metres = distanceNm(a.lat, a.lon, b.lat, b.lon) * kMetresPerNm;
+            worst = std::max(worst, metres - std::max(a.tas, b.tas) * seconds * kMetresPerNm / 3600);
+        }
+        return worst;
+    }
+    /// Largest distance of the writes from the great circle of the flight, metres.
+    static f64 worstCrossTrack(const FakeObject& flown, const Flight& flight) {
+        f64 worst = 0;
+        for (const PositionBlock& write : flown.writes) {
+            const f64 distance = distanceNm(flight.start.lat, flight.start.lon, write.lat, write.lon);
+            const f64 bearing = bearingRad(flight.start.lat, flight.start.lon, write.lat, write.lon);
+            const f64 aside = std::sin(wrapPi(bearing - flight.track * kDegToRad)) * distance * kMetresPerNm;
+            worst = std::max(worst, std::abs(aside));
+        }
+        return worst;
+    }
+};
+
+TEST_F(Following, FliesTheReportedPathThirtySecondsLate) {
+    const Flight flight{.track = 60, .speed = 420, .vs = 600};
+    fly(flight, 150);
+    const FakeObject* flown = object("KLM1023");
+    ASSERT_NE(flown, nullptr);
+    EXPECT_LT(worstCrossTrack(*flown, flight), 10);
+    EXPECT_LT(worstJump(*flown), 1);
+    const PositionBlock& last = flown->writes.back();
+    const PosSample real = flight.at(now() - 30).sample;
+    EXPECT_LT(distanceNm(last.lat, last.lon, real.lat, real.lon), 0.3);
+    EXPECT_NEAR(last.alt, real.alt, 40);
+    EXPECT_NEAR(last.vsFtPerSec, 10, 0.01);
+    EXPECT_EQ(last.tas, 420);
+    EXPECT_NEAR(last.heading, bearingRad(real.lat, real.lon, last.lat, last.lon), 3.2);
+}
+
+TEST_F(Following, FliesOnOverTheEdgesOfTheMap) {
+    struct Row {
+        const char* what;
+        LatLon start;
+        f64 track;
+    };
+    const Row rows[] = {
+        {"eastwards over the antimeridian", {10, 179.9}, 90},
+        {"westwards over the antimeridian", {-40, -179.9}, 270},
+        {"over the equator and the prime meridian", {0.05, 0.05}, 225},
+        {"past the north pole", {89.8, 20}, 5},
+        {"past the south pole", {-89.8, -170}, 185},
+        {"straight over the north pole", {89.85, 60}, 0},
+    };
+    for (const Row& row : rows) {
+        TearDown();
+        SetUp();
+        objects.clear();
+        const Flight flight{.start = row.start, .track = row.track, .speed = 480};
+        fly(flight, 140);
+        const FakeObject* flown = object("KLM1023");
+        ASSERT_NE(flown, nullptr) << row.what;
+        const PositionBlock& last = flown->writes.back();
+        const PosSample real = flight.at(now() - 30).sample;
+        EXPECT_LT(distanceNm(last.lat, last.lon, real.lat, real.lon), 1.5) << row.what;
+        for (const PositionBlock& write : flown->writes) {
+            ASSERT_LE(std::abs(write.lat), 90) << row.what;
+            ASSERT_LE(std::abs(write.lon), 180) << row.what;
+        }
+        if (std::abs(row.start.lat) < 80) {
+            EXPECT_LT(worstJump(*flown), 1) << row.what;
+        }
+    }
+}
+
+TEST_F(Following, LatitudeBeyondThePoleIsReflected) {
+    LiveAc& ac = activeAc(sampleAt({89.9999, 10}, 12000, 300, simTick + 1000));
+    ac.lat = 89.9999;
+    ac.dLat = 0.0003;
+    lf_stepPosition(ac);
+    EXPECT_NEAR(ac.lat, 89.9998, 1e-9);
+    EXPECT_NEAR(ac.lon, -170, 1e-9);
+}
+
+TEST_F(Following, TimesRiseHoweverReportsCome) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 3000));
+    for (const i32 time : {3000, 2000, 3500, 3500, -100}) {
+        decodeExisting(ac, sampleAt({52 + 0.01 * static_cast<f64>(ac.stream.size()), 4}, 12000, 300, simTick + time));
+    }
+    ASSERT_EQ(ac.stream.size(), 6U);
+    for (std::size_t i = 1; i < ac.stream.size(); ++i) EXPECT_GT(ac.stream[i].time, ac.stream[i - 1].time);
+}
+
+TEST_F(Following, StandingTimeIsTrimmed) {
+    struct Row {
+        const char* what;
+        const char* stream;  // m = moving, s = standing, one every ten seconds
+        bool stationary;
+        f64 metresFromLastMove;
+        std::size_t left;  // with the new sample
+    };
+    const Row rows[] = {
+        {"all standing", "sss", true, 0, 2},
+        {"standing behind a move", "mss", true, 0, 4},
+        {"a short stop", "mms", false, 500, 3},
+        {"a long stop", "mmsss", false, 500, 6},
+        {"a long stop that led nowhere", "mmsss", false, 20, 3},
+        {"moved too long ago", "mssssss", false, 5, 8},
+    };
+    for (const Row& row : rows) {
+        gLiveAcs.clear();
+        const PosSample base = sampleAt({52, 4}, 0, 10, simTick);
+        LiveAc& ac = activeAc(base);
+        ac.stream.clear();
+        f64 lat = 52;
+        for (const char* kind = row.stream; *kind != '\0'; ++kind) {
+            PosSample sample = base;
+            sample.stationary = *kind == 's';
+            if (!sample.stationary) lat += 0.001;
+            sample.lat = lat;
+            sample.time = simTick + 1000 * static_cast<i32>(ac.stream.size());
+            ac.stream.push_back(sample);
+        }
+        PosSample sample = base;
+        sample.lat = row.stationary ? lat : lat + row.metresFromLastMove / 111120.0;
+        sample.time = simTick + 9000;
+        decodeExisting(ac, sample);
+        EXPECT_EQ(ac.stream.size(), row.left) << row.what;
+    }
+}
+
+TEST_F(Following, SmallMovesOnTheGroundAreNone) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 0, 10, simTick));
+    struct Row {
+        f64 dLat, speed, lastSpeed;
+        bool takeOffRun, airborne, kept, stationary;
+    };
+    const Row rows[] = {
+        {0, 5, 10, false, false, true, true},       {0, 5, 30, true, false, false, true},
+        {0, 5, 10, false, true, false, true},       {0.0001, 5, 10, false, false, true, true},
+        {0.0001, 5, 50, true, false, false, false}, {0.001, 5, 10, false, false, true, false},
+        {0.001, 0, 10, false, false, true, false},  {0.001, 0, 60, true, false, false, false},
+    };
+    for (const Row& row : rows) {
+        ac.takeOffRun = row.takeOffRun;
+        ac.stream.back().speed = row.lastSpeed;
+        PosSample sample = sampleAt({52 + row.dLat, 4}, row.airborne ? 1000 : 0, row.speed, simTick + 100);
+        EXPECT_EQ(lf_checkGroundSample(ac, sample), row.kept) << row.dLat << ' ' << row.speed;
+        EXPECT_EQ(sample.stationary, row.stationary) << row.dLat << ' ' << row.speed;
+    }
+}
+
+TEST_F(Following, StuckStreamIsGivenUp) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 3000));
+    for (i32 i = 1; i < 250; ++i) decodeExisting(ac, sampleAt({52 + 0.01 * i, 4}, 12000, 300, simTick + 3000 + i));
+    EXPECT_EQ(ac.lifeState, LifeState::removingfromsim);
+    EXPECT_LE(ac.stream.size(), 249U);
+}
+
+TEST_F(Following, ALegThatCannotBePlannedHoldsUpNobodyElse) {
+    LiveAc& sick = activeAc(sampleAt({52, 4}, 12000, 5, simTick), 501);
+    sick.stream.push_back(sampleAt({53, 4}, 12000, -5, simTick + 500));
+    LiveAc& well = activeAc(sampleAt({52, 5}, 12000, 300, simTick), 502);
+    well.stream.push_back(sampleAt({53, 5}, 12000, 300, simTick + 72000));
+    cycles(2000);
+    EXPECT_EQ(objects[502].writes.size(), 2000U);
+    EXPECT_TRUE(logHas("updateLiveAc: "));
+    EXPECT_TRUE(logHas("sz:2, fs:flying, st:active"));
+    EXPECT_LT(log().size(), 2000U);
+    cycles(1100);
+    EXPECT_EQ(findLiveByHexid(4740501), nullptr);
+    EXPECT_NE(findLiveByHexid(4740502), nullptr);
+}
+
+TEST_F(Following, BrokenRecordsLeave) {
+    activeAc(sampleAt({52, 4}, 12000, 300, simTick), 501).stream.clear();
+    LiveAc& noObject = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 100), 502);
+    noObject.objectId = 0;
+    gf_updateAllLive();
+    EXPECT_EQ(gLiveAcs[0].lifeState, LifeState::removingfromsim);
+    EXPECT_EQ(gLiveAcs[1].lifeState, LifeState::removingfromsim);
+    EXPECT_TRUE(logHas("updateLiveAc stream empty ? "));
+    EXPECT_TRUE(logHas("updateLiveAc objectid=0? hexid: 4740502,cs:KLM502, reg:, aimo:"));
+}
+
+TEST_F(Following, LegTimesStayWithinTheLimitsAndNeverTooShort) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick));
+    ac.stream.push_back(sampleAt({52.1, 4}, 12000, 300, simTick + 5000));
+    struct Row {
+        i32 extendCount, legTicks, arrival;
+    };
+    for (const Row& row : {Row{0, 5500, 5500}, {0, 9000, 6000}, {0, 100, 4000}, {3, 9000, 9000}}) {
+        ac.extendCount = row.extendCount;
+        ac.stream[1].time = simTick + 5000;
+        lf_setArrival(ac, row.legTicks);
+        EXPECT_EQ(ac.stream[1].time - simTick, row.arrival) << row.legTicks;
+    }
+    ac.stream[1].time = simTick - 500;
+    EXPECT_EQ(legTicksLeft(ac), 25);
+    EXPECT_THROW(roundToTicks(std::nan("")), std::range_error);
+    EXPECT_THROW(roundToTicks(3e9), std::range_error);
+    EXPECT_EQ(roundToTicks(-2147483648.0), std::numeric_limits<i32>::min());
+}
+
+TEST_F(Following, ManyAircraftAreMovedWithoutAnAllocation) {
+    for (u32 i = 0; i < 200; ++i) {
+        LiveAc& ac = activeAc(sampleAt({50 + 0.01 * i, 4}, 9000.0 + 20 * i, 300, simTick), 500 + i);
+        for (i32 k = 1; k < 15; ++k) {
+            ac.stream.push_back(sampleAt({50 + 0.01 * i, 4 + 0.02 * k}, 9000.0 + 20 * i, 300, simTick + 900 * k));
+        }
+    }
+    // The buffers have grown to the traffic after the first leg.
+    for (i32 i = 0; i < 50; ++i) cycle();
+    gEventQueue.reserve(1 << 14);
+    AllocationCount allocations;
+    for (i32 i = 0; i < 5000; ++i) {
+        gf_handleSimMessages();
+        gf_updateAllLive();
+        simTick += 1;
+        gEventQueue.clear();
+    }
+    EXPECT_EQ(allocations.count(), 0U);
+    EXPECT_EQ(gPosQueueFront.size(), 200U);
+}
+
+}  // namespace
+}  // namespace hcr::test

@@ -110,7 +110,7 @@ void lf_findGhost(std::string_view callsign) {
         gf_log(
             fmt::format("          {:8} is a ghost and will be removed, continue with {}", ghost->callsign, callsign));
     }
-    gGhosts.push_back(std::move(name));
+    if (std::find(gGhosts.begin(), gGhosts.end(), name) == gGhosts.end()) gGhosts.push_back(std::move(name));
     removeAircraftFromSim(*ghost);
 }
 

@@ -11,6 +11,8 @@ namespace hcr {
 
 /// Adds one decoded sample to the stream. What goes wrong inside is logged and passed on.
 void decodeExisting(LiveAc& ac, PosSample sample);
+/// Brings what a report may claim within what can be reckoned with.
+void limitSample(PosSample& sample);
 /// Sets the sample's `stationary` against the back of the stream; false when it is to be dropped.
 bool lf_checkGroundSample(LiveAc& ac, PosSample& sample);
 /// One cycle of all live aircraft, erasure and the hand-over of the positions included.

@@ -22,7 +22,13 @@ constexpr f64 kStandstillSpeed = 50, kRepeatSpeed = 30;  // knots: a take-off ru
 constexpr std::size_t kTrimDepth = 7;                    // samples looked back at
 constexpr i32 kTrimCs = 1500;                            // a stop shorter than this is cut out
 constexpr f64 kTrimNm = 0.011879049676025918;            // 22 m
+constexpr f64 kWildestFt = 1e6, kWildestKt = 1e5;        // beyond it a report is noise, and sums of it would overflow
 constexpr f64 kTakeOffSpeed = 43;                        // knots: nobody taxies as fast
+
+/// Limits a value that strangers sent; NaN becomes the lower bound.
+void lf_limit(f64& value, f64 bound) {
+    value = value >= -bound ? std::min(value, bound) : -bound;
+}
 
 bool lf_within(f64 a, f64 b, f64 bound) {
     return std::abs(a - b) <= bound;
@@ -98,6 +104,13 @@ void lf_append(LiveAc& ac, PosSample& sample) {
 
 }  // namespace
 
+void limitSample(PosSample& sample) {
+    lf_limit(sample.alt, kWildestFt);
+    lf_limit(sample.vs, kWildestFt);
+    lf_limit(sample.speed, kWildestKt);
+    lf_limit(sample.tas, kWildestKt);
+}
+
 bool lf_checkGroundSample(LiveAc& ac, PosSample& sample) {
     if (ac.stream.empty()) return true;
     const PosSample& last = ac.stream.back();
@@ -127,6 +140,7 @@ bool lf_checkGroundSample(LiveAc& ac, PosSample& sample) {
 
 void decodeExisting(LiveAc& ac, PosSample sample) {
     try {
+        limitSample(sample);
         lf_append(ac, sample);
     } catch (const std::exception& failure) {
         gf_logError(fmt::format("{} exception {}", "decodeExisting", failure.what()));

@@ -105,6 +105,7 @@ void lf_decodeNew(TrafficReport& report) {
     ac.acClass = acClass;
     lf_setClassValues(ac);
     ac.stream.reserve(kUsualStream);
+    limitSample(report.sample);
     ac.stream.push_back(report.sample);
     ac.lastTimestamp = report.timestamp;
 }

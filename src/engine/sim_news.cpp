@@ -56,12 +56,17 @@ void lf_onGroundCreated(LiveAc& ac) {
 }
 
 /// True when the message goes to the waiting list.
-bool lf_onObjectCreated(LiveAc& ac, const SimMessage& message) {
+bool lf_onObjectCreated(const SimMessage& message) {
     if (message.object < kFirstObject) return false;
-    ac.objectId = message.object;
-    ac.agl = message.b;
-    if (!ac.stream.empty() && !ac.stream.front().airborne) lf_onGroundCreated(ac);
-    gf_makeFlightPlan(ac);
+    LiveAc* ac = findLiveByHexid(message.id);
+    if (ac == nullptr || ac->lifeState != LifeState::adding2sim) {
+        gRemovedObjects.push_back(message.object);  // nobody would ever move it
+        return false;
+    }
+    ac->objectId = message.object;
+    ac->agl = message.b;
+    if (!ac->stream.empty() && !ac->stream.front().airborne) lf_onGroundCreated(*ac);
+    gf_makeFlightPlan(*ac);
     gf_requestStaticData(message.object);
     return true;
 }
@@ -106,11 +111,9 @@ void lf_createRefused(u32 hexid) {
 
 void lf_handle(const SimMessage& message) {
     switch (message.kind) {
-        case SimKind::liveCreated: {
-            LiveAc* ac = findLiveByHexid(message.id);
-            if (ac != nullptr && lf_onObjectCreated(*ac, message)) gPendingObjects.push_back(message);
+        case SimKind::liveCreated:
+            if (lf_onObjectCreated(message)) gPendingObjects.push_back(message);
             break;
-        }
         case SimKind::staticCreated:
             gPendingObjects.push_back(message);
             break;

@@ -65,6 +65,16 @@ TrafficReport Flight::at(f64 seconds) const {
     return report;
 }
 
+void placeUser(LatLon place, f64 alt, f64 agl) {
+    UserAircraftData user{};
+    user.lat = place.lat;
+    user.lon = place.lon;
+    user.alt = alt;
+    user.agl = agl;
+    user.groundSpeed = 250;
+    gf_storeUserPosition(user);
+}
+
 PosSample sampleAt(LatLon place, f64 alt, f64 speed, i32 time) {
     PosSample sample;
     sample.lat = place.lat;
@@ -112,7 +122,10 @@ void EngineWorld::cycle() {
         const u32 hexid = gAddingStack.back();
         gAddingStack.pop_back();
         if (const LiveAc* ac = findLiveByHexid(hexid)) {
-            AiCreateRequest request{.lat = ac->lat, .lon = ac->lon, .alt = ac->alt};
+            AiCreateRequest request;
+            request.lat = ac->lat;
+            request.lon = ac->lon;
+            request.alt = ac->alt;
             request.callsign = ac->callsign;
             request.title = ac->liveryTitle;
             request.id = hexid;

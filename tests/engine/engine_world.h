@@ -18,7 +18,7 @@ struct Flight {
     std::string callsign = "KLM1023";
     LatLon start{52.0, 4.0};
     f64 track = 90, speed = 300, alt = 12000, vs = 0;  ///< degrees, knots, feet, feet per minute
-    std::string model = "A320", registration;
+    std::string model = "A320", registration = "";
 
     /// The report `seconds` behind the start.
     TrafficReport at(f64 seconds) const;
@@ -66,6 +66,9 @@ private:
     void sendStatus();
     u32 nextObject = 100;
 };
+
+/// Puts the user's aircraft into the air over a place; heading north.
+void placeUser(LatLon place, f64 alt = 0, f64 agl = 0);
 
 /// A sample of a level flight; not stationary, airborne by its altitude.
 PosSample sampleAt(LatLon place, f64 alt, f64 speed, i32 time);

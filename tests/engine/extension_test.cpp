@@ -93,7 +93,7 @@ TEST_F(Extension, EndsAtOnceForWhomNobodyWouldSee) {
     for (const Row& row : rows) {
         TearDown();
         SetUp();
-        gf_storeUserPosition({.lat = 53, .lon = 4});
+        placeUser({53, 4});
         LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick));
         row.prepare(ac);
         EXPECT_EQ(lf_tryExtend(ac), row.extended) << row.what;

@@ -8,6 +8,7 @@
 #include "core/model/tables.h"
 #include "engine/life_cycle.h"
 #include "liveries/dbase.h"
+#include "shell/random.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"
 #include "tests/engine/allocation_count.h"
@@ -190,6 +191,34 @@ TEST_F(Following, ALegThatCannotBePlannedHoldsUpNobodyElse) {
     cycles(1100);
     EXPECT_EQ(findLiveByHexid(4740501), nullptr);
     EXPECT_NE(findLiveByHexid(4740502), nullptr);
+}
+
+TEST_F(Following, AbsurdReportsNeverGiveAPositionThatIsNoNumber) {
+    constexpr f64 kNasty[] = {0, -0.0, 1, -1, 43, 400, 1e9, -1e9, 1.7e308, -1.7e308, 1e-308, 359.99, -720, 12000, 90};
+    constexpr LatLon kPlaces[] = {{90, 0}, {-90, 180}, {0, 180}, {0, -180}, {89.9999, 90}, {52, 4}, {52.0001, 4}};
+    const auto nasty = [&] { return kNasty[gf_randomGenerator()() % std::size(kNasty)]; };
+    for (i32 round = 0; round < 400; ++round) {
+        if (round % 40 == 0) {
+            gLiveAcs.clear();
+            gRemovedObjects.clear();
+            objects.clear();
+            for (u32 i = 0; i < 12; ++i) activeAc(sampleAt(kPlaces[i % 7], nasty(), nasty(), simTick), 500 + i);
+        }
+        for (LiveAc& ac : gLiveAcs) {
+            PosSample sample = sampleAt(kPlaces[gf_randomGenerator()() % 7], nasty(), nasty(), simTick + 300);
+            sample.vs = nasty();
+            sample.tas = nasty();
+            sample.track = nasty();
+            sample.roll = nasty();
+            sample.rollValid = true;
+            sample.trueHeading = nasty();
+            sample.adsb = sample.trueHeadingValid = ac.hexid % 2 == 0;
+            ac.acClass = static_cast<i32>(ac.hexid % 6);
+            ac.landing = ac.hexid % 5 == 0;
+            if (ac.lifeState == LifeState::active) decodeExisting(ac, sample);
+        }
+        cycles(30);
+    }
 }
 
 TEST_F(Following, BrokenRecordsLeave) {

@@ -69,7 +69,7 @@ TEST_F(Ground, CurveIsOnlyDefinedOnItsRange) {
 
 TEST_F(Ground, TouchingTheGroundFarFromAnAirportKeepsTheReportedLineAndEnds) {
     Flight flight{.track = 45, .speed = 120, .alt = 1500, .vs = -700};
-    fly(flight, 160);
+    fly(flight, 280);
     ASSERT_EQ(gLiveAcs.size(), 1U);
     EXPECT_TRUE(gLiveAcs[0].onGround);
     EXPECT_EQ(gLiveAcs[0].flightState, FlightState::taxi);
@@ -79,7 +79,7 @@ TEST_F(Ground, TouchingTheGroundFarFromAnAirportKeepsTheReportedLineAndEnds) {
     const f64 bearing = bearingRad(flight.start.lat, flight.start.lon, last.lat, last.lon);
     EXPECT_NEAR(bearing, 45 * kDegToRad, 0.01);
     MAX_HOLDING_MINUTES.current = 1;
-    runTo(420, [] { return gLiveAcs.empty(); });
+    runTo(520, [] { return gLiveAcs.empty(); });
     EXPECT_TRUE(gLiveAcs.empty());
     EXPECT_NE(flown->goneAt, 0);
     EXPECT_EQ(log().find("==>"), std::string::npos) << log();
@@ -113,10 +113,10 @@ TEST_F(Ground, TakeOffRunRotatesAndClimbsAway) {
     EXPECT_FALSE(ac.onGround);
     EXPECT_GT(ac.alt, 700);
     EXPECT_NEAR(highestPitch, ac.climbPitch, 0.001);
-    f64 before = 10;
+    f64 lowest = 10;
     for (const PositionBlock& write : objects[500].writes) {
-        EXPECT_GE(write.alt, before - 1e-9);
-        before = write.alt;
+        EXPECT_GE(write.alt, lowest - 1e-9);
+        lowest = write.alt;
     }
 }
 

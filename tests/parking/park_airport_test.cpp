@@ -32,7 +32,7 @@ TEST_F(ParkAirport, RangeFollowsTheUser) {
     AIRP_HEIGHT.current = 8000;
     for (const Row& row : rows) {
         gUserOnGround = row.onGround;
-        gf_storeUserPosition({.lat = 0, .lon = 10, .agl = row.agl});
+        placeUser({0, 10}, row.agl, row.agl);
         gParkAirports.clear();
         if (row.miles >= 0) gParkAirports.push_back({"EHAM", "", row.miles / 60, 10, 0});
         gf_autoRange();

@@ -14,6 +14,4 @@ struct AllocationCount {
     std::size_t count() const;
 };
 
-void noteAllocation();
-
 }  // namespace hcr::test

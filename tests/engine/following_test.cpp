@@ -269,6 +269,8 @@ TEST_F(Following, ManyAircraftAreMovedWithoutAnAllocation) {
         gEventQueue.clear();
     }
     EXPECT_EQ(allocations.count(), 0U);
+    const std::vector<int> one(1);
+    EXPECT_EQ(allocations.count(), one.size());
     EXPECT_EQ(gPosQueueFront.size(), 200U);
 }
 

@@ -15,7 +15,7 @@ namespace hcr {
 void gf_writeScannedLiveries();
 /// The file into the scan list. Throws UserErrorException 51, 52, 533, 999.
 void gf_readScannedLiveries();
-/// The same from a parsed document, which is read from or stands for `path`.
+/// The same from a parsed document; `path` is only named in messages.
 void gf_readScannedDocument(const pugi::xml_document& document, const std::filesystem::path& path);
 /// The whole loading; skipped when the tables are loaded. Throws what gf_readScannedLiveries throws.
 void gf_loadScanResults();

@@ -15,8 +15,8 @@ struct Markup {
     std::string_view name;
 };
 
-Markup lf_skipped(std::string_view text, std::size_t begin, std::string_view closing) {
-    const std::size_t at = text.find(closing, begin);
+Markup lf_skipped(std::string_view text, std::size_t begin, std::string_view opening, std::string_view closing) {
+    const std::size_t at = text.find(closing, begin + opening.size());
     if (at == std::string_view::npos) return {MarkupKind::unknown, begin, text.size(), {}};
     return {MarkupKind::skipped, begin, at + closing.size(), {}};
 }
@@ -36,8 +36,8 @@ std::size_t lf_tagEnd(std::string_view text, std::size_t from) {
 /// The markup that begins at the "<" at `begin`.
 Markup lf_markupAt(std::string_view text, std::size_t begin) {
     const std::string_view rest = text.substr(begin);
-    if (rest.starts_with("<!--")) return lf_skipped(text, begin, "-->");
-    if (rest.starts_with("<?")) return lf_skipped(text, begin, "?>");
+    if (rest.starts_with("<!--")) return lf_skipped(text, begin, "<!--", "-->");
+    if (rest.starts_with("<?")) return lf_skipped(text, begin, "<?", "?>");
     if (rest.starts_with("<!")) return {MarkupKind::unknown, begin, text.size(), {}};
     const std::size_t close = lf_tagEnd(text, begin + 1);
     if (close == text.size()) return {MarkupKind::unknown, begin, close, {}};
@@ -81,6 +81,7 @@ struct BodySearch {
 }  // namespace
 
 std::optional<ElementBody> gf_findElementBody(std::string_view text, std::string_view name) {
+    if (text.find('\0') != std::string_view::npos) return std::nullopt;  // where a parser stops
     BodySearch search;
     search.name = name;
     for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {

@@ -15,9 +15,9 @@ void lf_check(bool good) {
     if (!good) std::abort();
 }
 
-void lf_loadTables() {
-    const std::size_t count = hcr::gScanList.size();
-    const auto groups = hcr::gf_buildLiveryIndex();
+void lf_loadTables(const std::vector<hcr::ScannedLivery>& liveries) {
+    const std::size_t count = liveries.size();
+    const auto groups = hcr::gf_buildLiveryIndex(liveries);
     hcr::gf_buildAirlineTitles(groups);
     hcr::gf_buildGenericTitles(groups);
     std::size_t indexed = 0, generic = 0, ofAirlines = 0;
@@ -47,8 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!document.load_buffer(data, size)) return 0;
     hcr::gf_clearLiveryTables();
     try {
-        hcr::gf_readScannedDocument(document, "LiveriesScanned.xml");
-        lf_loadTables();
+        lf_loadTables(hcr::gf_readScannedDocument(document, "LiveriesScanned.xml"));
     } catch (const hcr::UserErrorException&) {
         // no usable list
     }

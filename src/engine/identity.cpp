@@ -16,7 +16,7 @@
 namespace hcr {
 namespace {
 
-void lf_copyIfGiven(std::string& target, const std::string& source) {
+void lf_copyIfGiven(std::string& target, std::string_view source) {
     if (!source.empty()) target = source;
 }
 
@@ -32,7 +32,7 @@ void lf_forgetLivery(LiveAc& ac) {
     setFlightState(ac, FlightState::birth);
 }
 
-const std::string& lf_operatorOf(const DbaseRecord& record) {
+std::string_view lf_operatorOf(const DbaseRecord& record) {
     return record.opr.empty() ? record.airl : record.opr;
 }
 

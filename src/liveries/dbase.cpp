@@ -50,7 +50,6 @@ void gf_forgetDbase() {
     thirdParties24.clear();
     dbaseRecords.clear();
     similarTypes.clear();
-    similarForAirline.clear();
 }
 
 bool gf_isValidType(std::string_view type) {

@@ -32,8 +32,7 @@ extern f64 maxHalfSpan;
 extern TextMap<std::string> typeFixes;
 extern std::vector<AirportList> thirdParties20, thirdParties24;
 extern RegistrationTable dbaseRecords;  ///< the real airframes
-extern TextMap<std::vector<std::string>> similarTypes;
-extern TextMap<TextMap<std::vector<std::string>>> similarForAirline;
+extern TextMap<std::vector<std::string>> similarTypes;  ///< type to types with a generic livery
 
 /// False if the file couldn't be parsed; throws std::runtime_error when it is missing or can't be deciphered, and
 /// UserErrorException 61.
@@ -59,8 +58,9 @@ std::optional<std::string> gf_regcodeInTitle(std::string_view title);
 std::vector<std::string> gf_shuffled(const std::vector<std::string>& list);
 /// Types whose generic liveries may stand in for this one. Run thread, like the two below.
 std::vector<std::string> gf_similarTypes(std::string_view type);
+/// Types of which the airline has a livery and that may stand in for this one, of which it has none.
 std::vector<std::string> gf_similarForAirline(std::string_view airline, std::string_view type);
-/// Fills similarTypes and similarForAirline from the tables of the loaded liveries.
+/// Fills similarTypes from the tables of the loaded liveries.
 void gf_buildSimilarTables();
 
 }  // namespace hcr

@@ -150,13 +150,11 @@ void lf_readSmallSections(pugi::xml_node root) {
     lf_readThirdParties(root, "thirdparties24", "thirdpartie24", kThirdParties24, thirdParties24);
 }
 
-/// The `db` elements among the children of a node. `record` is only there to be used again and again.
-void lf_readAirframes(pugi::xml_node parent, DbaseRecord& record) {
+/// The `db` elements among the children of a node.
+void lf_readAirframes(pugi::xml_node parent) {
     for (const pugi::xml_node node : parent.children("db")) {
-        record.airl = node.attribute("airl").value();
-        record.type = node.attribute("type").value();
-        record.opr = node.attribute("opr").value();
-        record.cargo = node.attribute("cargo").as_bool();
+        const DbaseRecord record{node.attribute("airl").value(), node.attribute("type").value(),
+                                 node.attribute("opr").value(), node.attribute("cargo").as_bool()};
         const std::string_view registration = node.attribute("reg").value();
         if (!dbaseRecords.add(registration, record)) {
             gf_logError(fmt::format("regcode {} already exists", registration));
@@ -167,13 +165,12 @@ void lf_readAirframes(pugi::xml_node parent, DbaseRecord& record) {
 std::string lf_readAirframesInPieces(char* body, std::size_t size) {
     dbaseRecords.reserve(size / kBytesPerAirframe, size / kBytesPerAirframe * kBytesPerRegistration);
     pugi::xml_document piece;
-    DbaseRecord record;
     while (size > 0) {
         const std::size_t length = gf_pieceLength({body, size}, kPieceBytes);
         const pugi::xml_parse_result result =
             piece.load_buffer_inplace(body, length, pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
         if (!result) return result.description();
-        lf_readAirframes(piece, record);
+        lf_readAirframes(piece);
         body += length;
         size -= length;
     }
@@ -187,8 +184,7 @@ std::string lf_readWhole(std::string& text) {
     if (!result) return result.description();
     const pugi::xml_node root = gf_rootOf(document);
     lf_readSmallSections(root);
-    DbaseRecord record;
-    lf_readAirframes(root.child("dbase"), record);
+    lf_readAirframes(root.child("dbase"));
     return {};
 }
 
@@ -244,7 +240,7 @@ std::string gf_readDbaseText(std::string text) {
     gf_forgetDbase();
     std::string fault = lf_readTables(std::move(text));
     if (!fault.empty()) gf_forgetDbase();
-    dbaseRecords.finish();
+    dbaseRecords.shrink();
     return fault;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <array>
-#include <map>
+#include <memory_resource>
 #include <set>
 #include <string>
 #include <string_view>
@@ -16,7 +16,9 @@ namespace hcr {
 /// Hash for lookups by text view in tables keyed by owned texts.
 struct TextHash {
     using is_transparent = void;
-    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+    std::size_t operator()(std::string_view text) const {
+        return std::hash<std::string_view>{}(text);
+    }
 };
 template <typename Value>
 using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
@@ -32,23 +34,32 @@ struct LiveryData {
     bool cargo = false;
 };
 
-/// A stored livery of the index, which owns all titles.
+/// A stored livery of the index.
 struct IndexedLivery {
-    std::string title;
+    std::string_view title;
     bool cargo = false;
 };
 
-using TitleList = std::vector<std::string_view>;
+/// A table of the loaded liveries. All of it, texts included, stands in gLiveryMemory.
+template <typename Value>
+using LiveryMap = std::pmr::unordered_map<std::string_view, Value>;
+using LiveryList = std::pmr::vector<IndexedLivery>;
+using TitleList = std::pmr::vector<std::string_view>;
+
+/// Memory of the tables below, given back as a whole by gf_clearLiveryTables. Tens of thousands of liveries would
+/// otherwise take a hundred thousand small blocks, which cost more time than reading their file.
+extern std::pmr::monotonic_buffer_resource gLiveryMemory;
 
 // Tables of the matching; read-only between two loads. Index 0 passenger, 1 cargo. Run thread.
-extern std::vector<LiveryData> gScanList;                                ///< empty but during scan and loading
-extern TextMap<TextMap<std::vector<IndexedLivery>>> liveryIndex;         ///< airline to type to liveries
-extern std::array<TextMap<TextMap<TitleList>>, 2> airlineTitles;         ///< airline to type to titles
-extern std::array<TextMap<TitleList>, 2> genericTitles;                  ///< type to titles of any airline
-extern TextMap<std::string_view> regcodeTitles;                          ///< registration to title
-extern std::set<std::string, std::less<>> uniqueRegcodes;
-extern std::vector<std::string_view> specialTitles;
-extern std::vector<std::string> lightPool, buzjetPool, rotorcraftPool;
-extern std::vector<std::string> dontUseTitles;
+extern LiveryMap<LiveryMap<LiveryList>> liveryIndex;                 ///< airline to type to liveries
+extern std::array<LiveryMap<LiveryMap<TitleList>>, 2> airlineTitles; ///< airline to type to titles
+extern std::array<LiveryMap<TitleList>, 2> genericTitles;            ///< type to titles of any airline
+extern LiveryMap<std::string_view> regcodeTitles;                    ///< registration to title
+extern std::set<std::string, std::less<>> uniqueRegcodes;            ///< of special entries that hold no other
+extern std::vector<std::string_view> specialTitles;                  ///< reserved for their registrations
+extern std::vector<std::string> lightPool, buzjetPool, rotorcraftPool;  ///< types of these classes with a livery
+
+extern std::vector<LiveryData> gScanList;        ///< what a scan has found; empty but during a scan
+extern std::vector<std::string> dontUseTitles;   ///< titles that a scan passes over
 
 }  // namespace hcr

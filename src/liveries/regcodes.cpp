@@ -6,7 +6,7 @@
 #include <pugixml.hpp>
 
 #include "liveries/livery_data.h"
-#include "liveries/results.h"
+#include "liveries/livery_tables.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/stream_cipher.h"
@@ -122,8 +122,9 @@ struct MergeCounts {
 };
 
 void lf_mergeRegistration(const std::string& registration, std::string_view title, MergeCounts& counts) {
-    const auto [entry, isNew] = regcodeTitles.try_emplace(registration, title);
-    if (isNew) {
+    const auto entry = regcodeTitles.find(registration);
+    if (entry == regcodeTitles.end()) {
+        regcodeTitles.emplace(gf_keepText(registration), title);
         ++counts.fresh;
     } else if (entry->second != title) {
         gReport.push_back(
@@ -156,15 +157,19 @@ std::string lf_countText(const MergeCounts& counts) {
 }
 
 /// A line for InlineRegcodes.txt; empty when the registration has its livery now.
-std::string lf_mergeInline(const LiveryData& livery) {
+std::string lf_mergeInline(const ScannedLivery& livery) {
     const std::string_view title = gf_findTitle(livery.title);
     if (title.empty()) {
         return fmt::format("==> [{:3} {:4}] {} '{}' not available, system error, should not happen?", livery.airl,
                            livery.type, livery.atcid, livery.title);
     }
-    const std::string_view holder = regcodeTitles.try_emplace(livery.atcid, title).first->second;
-    if (holder == title) return {};
-    return fmt::format("{} '{}' => already in use by '{}'", livery.atcid, title, holder);
+    const auto holder = regcodeTitles.find(livery.atcid);
+    if (holder == regcodeTitles.end()) {
+        regcodeTitles.emplace(gf_keepText(livery.atcid), title);
+        return {};
+    }
+    if (holder->second == title) return {};
+    return fmt::format("{} '{}' => already in use by '{}'", livery.atcid, title, holder->second);
 }
 
 void lf_writeReport(const Lines& lines, const std::filesystem::path& path) {
@@ -277,9 +282,9 @@ void gf_readDontUseTitles() {
     }
 }
 
-void gf_mergeInlineRegcodes() {
+void gf_mergeInlineRegcodes(const std::vector<ScannedLivery>& liveries) {
     Lines clashes;
-    for (const LiveryData& livery : gScanList) {
+    for (const ScannedLivery& livery : liveries) {
         if (livery.atcid.empty()) continue;
         if (std::string clash = lf_mergeInline(livery); !clash.empty()) clashes.push_back(std::move(clash));
     }

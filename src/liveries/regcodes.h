@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "liveries/results.h"
+
 namespace hcr {
 
 // Which livery stands for which real airframe. Run thread.
@@ -15,11 +17,17 @@ struct RegcodeEntry {
     bool special = false;           ///< the livery is reserved for these registrations
 };
 
+/// Adds the entries of the shipped file, which must be there in its plain form. False if anything was wrong.
 bool gf_readAigRegcodes(std::vector<RegcodeEntry>& entries);
+/// Adds the entries of the user's text files. False if anything was wrong.
 bool gf_readRegcodeFiles(const std::filesystem::path& folder, std::vector<RegcodeEntry>& entries);
+/// Fills dontUseTitles from both sources, before a scan.
 void gf_readDontUseTitles();
-void gf_mergeInlineRegcodes();
+/// The registrations that the liveries themselves name; the first livery of a registration keeps it.
+void gf_mergeInlineRegcodes(const std::vector<ScannedLivery>& liveries);
+/// One source into the tables: it wins over what stands there.
 void gf_mergeRegcodes(const std::vector<RegcodeEntry>& entries);
+/// Both sources into the tables, with a report.
 void gf_processOfflineRegcodes();
 
 }  // namespace hcr

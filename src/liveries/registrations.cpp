@@ -10,14 +10,32 @@ auto lf_textOf(const RegistrationTable& table) {
     return [&table](u32 position) { return table.registration(position); };
 }
 
-std::string lf_recordKey(const DbaseRecord& record) {
-    std::string key;
-    for (const std::string* text : {&record.airl, &record.type, &record.opr}) {
-        key += *text;
-        key += '\0';  // can't stand in a text of an XML document
+/// Number of a word, which is kept when it is new.
+u32 lf_wordNumber(RegistrationTable& table, std::string_view word) {
+    const auto textOf = [&table](u32 number) -> std::string_view { return table.words[number]; };
+    if (const u32 known = table.wordIndex.find(word, textOf); known != TextIndex::kNone) return known;
+    const u32 number = static_cast<u32>(table.words.size());
+    table.words.emplace_back(word);
+    table.wordIndex.insert(number, textOf);
+    return number;
+}
+
+/// Number of a record, which is kept when it is new.
+u32 lf_recordNumber(RegistrationTable& table, const DbaseRecord& record) {
+    const auto textOf = [&table](u32 number) {
+        const RegistrationTable::RecordKey& key = table.recordKeys[number];
+        return std::string_view(reinterpret_cast<const char*>(key.data()), sizeof(key));
+    };
+    const RegistrationTable::RecordKey key{lf_wordNumber(table, record.airl), lf_wordNumber(table, record.type),
+                                           lf_wordNumber(table, record.opr), record.cargo ? 1U : 0U};
+    const u32 number = static_cast<u32>(table.records.size());
+    table.recordKeys.push_back(key);
+    if (const u32 known = table.recordIndex.insert(number, textOf); known != TextIndex::kNone) {
+        table.recordKeys.pop_back();
+        return known;
     }
-    key += record.cargo ? '1' : '0';
-    return key;
+    table.records.push_back({table.words[key[0]], table.words[key[1]], table.words[key[2]], record.cargo});
+    return number;
 }
 
 }  // namespace
@@ -39,9 +57,7 @@ bool RegistrationTable::add(std::string_view registration, const DbaseRecord& re
         entries.pop_back();
         return false;
     }
-    const auto [known, isNew] = recordNumbers.try_emplace(lf_recordKey(record), static_cast<u32>(records.size()));
-    if (isNew) records.push_back(record);
-    entries.back().record = known->second;
+    entries.back().record = lf_recordNumber(*this, record);
     return true;
 }
 
@@ -60,10 +76,10 @@ void RegistrationTable::reserve(std::size_t count, std::size_t textBytes) {
     index.reserve(count, lf_textOf(*this));
 }
 
-void RegistrationTable::finish() {
+void RegistrationTable::shrink() {
     texts.shrink_to_fit();
     entries.shrink_to_fit();
-    recordNumbers = {};
+    recordKeys.shrink_to_fit();
 }
 
 void RegistrationTable::clear() {

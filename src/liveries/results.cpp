@@ -19,20 +19,27 @@ void lf_dropScanList() {
     gScanList = {};  // with its memory
 }
 
-void lf_showLiveryCount() {
-    gWindow.liveryCount = gScanList.size();
+void lf_showLiveryCount(std::size_t count) {
+    gWindow.liveryCount = count;
     gf_repaint(Band::liveries);
 }
 
-void lf_buildTables() {
-    const std::vector<LiveryGroup> groups = gf_buildLiveryIndex();
+void lf_buildTables(const std::vector<ScannedLivery>& liveries) {
+    const std::vector<LiveryGroup> groups = gf_buildLiveryIndex(liveries);
     gf_buildAirlineTitles(groups);
-    gf_mergeInlineRegcodes();
+    gf_mergeInlineRegcodes(liveries);
     gf_processOfflineRegcodes();
     gf_log(fmt::format("{} registration codes", regcodeTitles.size()));
     gf_buildGenericTitles(groups);
     gf_log(fmt::format("{} airlines, {} pax aircraft models and {} cargo aircraft models", liveryIndex.size(),
                        genericTitles[0].size(), genericTitles[1].size()));
+}
+
+void lf_readAndBuild() {
+    pugi::xml_document document;
+    const std::vector<ScannedLivery> liveries = gf_readScannedLiveries(document);
+    lf_showLiveryCount(liveries.size());
+    lf_buildTables(liveries);
 }
 
 }  // namespace
@@ -44,9 +51,7 @@ void gf_loadScanResults() {
         return;
     }
     gf_emptyLiveryTables();  // an earlier loading may have failed half-way
-    gf_readScannedLiveries();
-    lf_showLiveryCount();
-    lf_buildTables();
+    lf_readAndBuild();
     gf_buildSimilarTables();
     gf_reportCategories();
     gLoaded = true;

@@ -4,6 +4,7 @@
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "liveries/livery_data.h"
 
@@ -13,10 +14,17 @@ namespace hcr {
 
 /// The scan list into its file; an empty list makes none.
 void gf_writeScannedLiveries();
-/// The file into the scan list. Throws UserErrorException 51, 52, 533, 999.
-void gf_readScannedLiveries();
+/// A livery of LiveriesScanned.xml; the texts stand in the document.
+struct ScannedLivery {
+    std::string_view airl, type, title, atcid;
+    bool cargo = false;
+};
+/// Loads the file into `document` and gives its liveries, sorted by airline, type and title. Throws UserErrorException
+/// 51, 52, 533, 999.
+std::vector<ScannedLivery> gf_readScannedLiveries(pugi::xml_document& document);
 /// The same from a parsed document; `path` is only named in messages.
-void gf_readScannedDocument(const pugi::xml_document& document, const std::filesystem::path& path);
+std::vector<ScannedLivery> gf_readScannedDocument(const pugi::xml_document& document,
+                                                  const std::filesystem::path& path);
 /// The whole loading; skipped when the tables are loaded. Throws what gf_readScannedLiveries throws.
 void gf_loadScanResults();
 /// Corrects the scan list from the registration records.
@@ -28,8 +36,6 @@ void gf_clearLiveryTables();
 void gf_prepareLiveryTables();
 /// View of the indexed title that equals this one, empty when there is none.
 std::string_view gf_findTitle(std::string_view title);
-/// Sorts the scan list by airline, type, title.
-void gf_sortScanList();
 /// Any thread.
 bool gf_liveryTablesLoaded();
 

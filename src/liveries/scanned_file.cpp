@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <pugixml.hpp>
-#include <tuple>
 
 #include "liveries/dbase.h"
 #include "liveries/reports.h"
@@ -24,12 +23,10 @@ namespace {
 constexpr i32 kFileMissing = 51, kSectionMissing = 52, kNoLiveries = 533, kAttributeMissing = 999;
 constexpr i32 kMsfs2020 = 1, kMsfs2024 = 2;
 
-auto lf_sortKey(const LiveryData& livery) {
-    return std::tie(livery.airl, livery.type, livery.title);
-}
-
-bool lf_sortsBefore(const LiveryData& a, const LiveryData& b) {
-    return lf_sortKey(a) < lf_sortKey(b);
+bool lf_sortsBefore(const ScannedLivery& a, const ScannedLivery& b) {
+    if (const int order = a.airl.compare(b.airl); order != 0) return order < 0;
+    if (const int order = a.type.compare(b.type); order != 0) return order < 0;
+    return a.title < b.title;
 }
 
 void lf_require(pugi::xml_attribute attribute, const char* name, pugi::xml_node node) {
@@ -38,19 +35,14 @@ void lf_require(pugi::xml_attribute attribute, const char* name, pugi::xml_node 
                              fmt::format("Missing required attribute '{}' in <{}>", name, node.name()));
 }
 
-LiveryData lf_readLivery(pugi::xml_node node) {
+ScannedLivery lf_readLivery(pugi::xml_node node) {
     const pugi::xml_attribute airl = node.attribute("airl"), type = node.attribute("type"),
                               title = node.attribute("title");
     lf_require(airl, "airl", node);
     lf_require(type, "type", node);
     lf_require(title, "title", node);
-    LiveryData livery;
-    livery.airl = airl.value();
-    livery.type = type.value();
-    livery.title = title.value();
-    livery.atcid = node.attribute("atcid").value();
-    livery.cargo = node.attribute("cargo").as_bool();
-    return livery;
+    return {airl.value(), type.value(), title.value(), node.attribute("atcid").value(),
+            node.attribute("cargo").as_bool()};
 }
 
 void lf_appendLivery(pugi::xml_node parent, const LiveryData& livery) {
@@ -75,7 +67,7 @@ void lf_applyRecord(LiveryData& livery, const DbaseRecord& record) {
         lf_noteConversion(livery, "cargo", lf_flagText(livery.cargo), lf_flagText(record.cargo));
         livery.cargo = record.cargo;
     }
-    const std::string& airline = record.opr.empty() ? record.airl : record.opr;
+    const std::string_view airline = record.opr.empty() ? record.airl : record.opr;
     if (livery.airl != airline) {
         lf_noteConversion(livery, "airl", livery.airl, airline);
         livery.airl = airline;
@@ -87,13 +79,6 @@ void lf_applyRecord(LiveryData& livery, const DbaseRecord& record) {
 }
 
 }  // namespace
-
-void gf_sortScanList() {
-    // The file of a scan is sorted already; only a hand-edited one isn't.
-    if (!std::is_sorted(gScanList.begin(), gScanList.end(), lf_sortsBefore)) {
-        std::stable_sort(gScanList.begin(), gScanList.end(), lf_sortsBefore);
-    }
-}
 
 void gf_writeScannedLiveries() {
     if (gScanList.empty()) return;
@@ -109,35 +94,34 @@ void gf_writeScannedLiveries() {
     gf_log(fmt::format("{} liveries in {}", gScanList.size(), gf_pathToUtf8(path)));
 }
 
-void gf_readScannedDocument(const pugi::xml_document& document, const std::filesystem::path& path) {
-    gScanList.clear();
-    gf_readMeta(document, false);
+std::vector<ScannedLivery> gf_readScannedDocument(const pugi::xml_document& document,
+                                                  const std::filesystem::path& path) {
+    gf_readMeta(document, false);  // for its complaint only: the file serves whatever version and simulator it names
     const pugi::xml_node root = document.child("root");
     const pugi::xml_node liveries = root.child("liveries");
     if (root && !liveries) {
         throw UserErrorException(kSectionMissing,
                                  fmt::format("{} does not contain a <liveries> section", gf_pathToUtf8(path)));
     }
-    const auto count = std::distance(liveries.begin(), liveries.end());
-    gScanList.reserve(static_cast<std::size_t>(count));
+    std::vector<ScannedLivery> list;
     for (const pugi::xml_node node : liveries.children()) {
-        if (node.type() == pugi::node_element) gScanList.push_back(lf_readLivery(node));
+        if (node.type() == pugi::node_element) list.push_back(lf_readLivery(node));
     }
-    if (gScanList.empty()) {
-        throw UserErrorException(kNoLiveries, gf_pathToUtf8(path) + " does not contain liveries");
+    if (list.empty()) throw UserErrorException(kNoLiveries, gf_pathToUtf8(path) + " does not contain liveries");
+    // The file of a scan is sorted already; only a hand-edited one isn't.
+    if (!std::is_sorted(list.begin(), list.end(), lf_sortsBefore)) {
+        std::stable_sort(list.begin(), list.end(), lf_sortsBefore);
     }
-    gf_sortScanList();
-    gf_log(fmt::format("{} liveries read from {}", gScanList.size(), gf_pathToUtf8(path)));
+    gf_log(fmt::format("{} liveries read from {}", list.size(), gf_pathToUtf8(path)));
+    return list;
 }
 
-void gf_readScannedLiveries() {
-    gScanList.clear();
+std::vector<ScannedLivery> gf_readScannedLiveries(pugi::xml_document& document) {
     const std::filesystem::path& path = gFiles().liveriesScanned;
-    pugi::xml_document document;
     if (!gf_loadXmlDocument(document, path)) {
         throw UserErrorException(kFileMissing, fmt::format("File {} not found", gf_pathToUtf8(path)));
     }
-    gf_readScannedDocument(document, path);
+    return gf_readScannedDocument(document, path);
 }
 
 void gf_applyDbaseToLiveries() {

@@ -12,14 +12,8 @@
 namespace hcr {
 
 TextMap<std::vector<std::string>> similarTypes;
-TextMap<TextMap<std::vector<std::string>>> similarForAirline;
 
 namespace {
-
-using SimilarEntry = TextMap<std::vector<std::string>>::value_type;
-
-/// Length of an airline's ICAO code; what stands behind it in a key isn't part of the airline.
-constexpr std::size_t kAirlineLength = 3;
 
 bool lf_hasGeneric(std::string_view type) {
     return genericTitles[0].contains(type) || genericTitles[1].contains(type);
@@ -45,37 +39,6 @@ void lf_fillSimilarTypes() {
     for (const std::string& text : lf_standInTexts()) {
         const std::vector<std::string_view> pieces = gf_splitCommas(text);
         similarTypes.try_emplace(std::string(pieces.front()), pieces.begin() + 1, pieces.end());
-    }
-}
-
-/// For each type, the entries of similarTypes in whose lists it stands.
-std::unordered_map<std::string_view, std::vector<const SimilarEntry*>> lf_entriesByStandIn() {
-    std::unordered_map<std::string_view, std::vector<const SimilarEntry*>> entries;
-    for (const SimilarEntry& entry : similarTypes) {
-        for (const std::string& standIn : entry.second) entries[standIn].push_back(&entry);
-    }
-    return entries;
-}
-
-void lf_fillSimilarForAirline() {
-    similarForAirline.clear();
-    // From the airline's own types back to what they can stand in for: an airline has few types, and asking it for
-    // each of the similar types would cost more than all the rest of the loading.
-    const auto entriesByStandIn = lf_entriesByStandIn();
-    for (const auto& [airline, types] : liveryIndex) {
-        const std::string code = airline.substr(0, kAirlineLength);
-        for (const auto& [ownType, liveries] : types) {
-            const auto entries = entriesByStandIn.find(ownType);
-            if (entries == entriesByStandIn.end()) continue;
-            for (const SimilarEntry* entry : entries->second) {
-                if (types.contains(entry->first)) continue;
-                std::vector<std::string>& list = similarForAirline[code][entry->first];
-                if (!list.empty()) continue;
-                for (const std::string& standIn : entry->second) {
-                    if (types.contains(standIn)) list.push_back(standIn);
-                }
-            }
-        }
     }
 }
 
@@ -109,15 +72,20 @@ std::vector<std::string> gf_similarTypes(std::string_view type) {
 }
 
 std::vector<std::string> gf_similarForAirline(std::string_view airline, std::string_view type) {
-    const auto types = similarForAirline.find(airline);
-    if (types == similarForAirline.end()) return {};
-    const auto list = types->second.find(type);
-    return list == types->second.end() ? std::vector<std::string>{} : gf_shuffled(list->second);
+    // Worked out when it is asked for, with a lookup per stand-in: a table of it for every airline would take longer to
+    // build than all the rest of the loading.
+    const auto similar = similarTypes.find(type);
+    const auto own = liveryIndex.find(airline);
+    if (similar == similarTypes.end() || own == liveryIndex.end() || own->second.contains(type)) return {};
+    std::vector<std::string> list;
+    for (const std::string& standIn : similar->second) {
+        if (own->second.contains(standIn)) list.push_back(standIn);
+    }
+    return gf_shuffled(list);
 }
 
 void gf_buildSimilarTables() {
     lf_fillSimilarTypes();
-    lf_fillSimilarForAirline();
     gf_log(fmt::format("{} similar model definitions", similarTypes.size()));
 }
 

@@ -23,7 +23,7 @@ struct Dbase : testing::Test {
 
 std::string airlineOf(std::string_view registration) {
     const DbaseRecord* record = gf_dbaseRecord(registration);
-    return record == nullptr ? "none" : record->airl;
+    return record == nullptr ? "none" : std::string(record->airl);
 }
 
 TEST_F(Dbase, ReadsADocumentWithAndWithoutRoot) {

@@ -66,13 +66,13 @@ TEST_F(ScanResults, WhatIsWrittenIsReadAgainAsItWas) {
     EXPECT_THAT(file, HasSubstr(R"(<liv airl="DLH" type="B744" cargo="true" title="freighter" />)"));
     EXPECT_THAT(file, HasSubstr(fmt::format(R"(name="version" value="{}")", gf_programVersion().text())));
     EXPECT_THAT(file, HasSubstr(R"(name="sim" value="1")"));
-    gf_readScannedLiveries();
-    ASSERT_EQ(gScanList.size(), 2U);
-    EXPECT_EQ(gScanList[0].airl, "DLH") << "sorted";
-    EXPECT_TRUE(gScanList[0].cargo);
-    EXPECT_EQ(gScanList[1].title, "x \"&<>' é");
-    EXPECT_EQ(gScanList[1].atcid, "PH-BXA");
-    EXPECT_EQ(gScanList[1].folderOrder, 0);
+    pugi::xml_document document;
+    const auto liveries = gf_readScannedLiveries(document);
+    ASSERT_EQ(liveries.size(), 2U);
+    EXPECT_EQ(liveries[0].airl, "DLH") << "sorted";
+    EXPECT_TRUE(liveries[0].cargo);
+    EXPECT_EQ(liveries[1].title, "x \"&<>' é");
+    EXPECT_EQ(liveries[1].atcid, "PH-BXA");
     EXPECT_TRUE(folder.logged("2 liveries in output/LiveriesScanned.xml\n2 liveries read from "));
 }
 

@@ -171,7 +171,9 @@ void lf_logForeign(u32 objectId, const AiStatusData& status, std::string_view at
 void lf_takeOver(u32 objectId, u32 hexid, f64 agl) {
     {
         const std::lock_guard lock(gSimMutex);
-        if (gSimHandle != nullptr) gSimPort.SimConnect_AIReleaseControl(gSimHandle, objectId, kReqRelease);
+        if (gSimHandle != nullptr && !gRequestError) {
+            gSimPort.SimConnect_AIReleaseControl(gSimHandle, objectId, kReqRelease);
+        }
         gf_setFreeze(objectId);
     }
     const bool live = hexid > kLastStaticId;

@@ -1,12 +1,10 @@
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 #include "client.h"
+#include "support/temp_folder.h"
 
 namespace hcr {
 namespace {
@@ -111,18 +109,11 @@ TEST_F(SandboxUser, AClientThatWritesToTheUsersAircraftMovesIt) {
 }
 
 struct SandboxFiles : SandboxClient {
-    std::filesystem::path folder;
-    void SetUp() override {
-        SandboxClient::SetUp();
-        folder = std::filesystem::temp_directory_path() / fmt::format("hcr-sandbox-{:08x}", std::random_device{}());
-        std::filesystem::create_directories(folder);
-    }
-    void TearDown() override {
-        SandboxClient::TearDown();
-        std::filesystem::remove_all(folder);
-    }
+    test::TempFolder temp;
+    const std::filesystem::path& folder = temp.path;
+
     std::filesystem::path file(const char* name, const std::string& text) {
-        std::ofstream(folder / name, std::ios::binary) << text;
+        test::writeFile(folder / name, text);
         return folder / name;
     }
 };

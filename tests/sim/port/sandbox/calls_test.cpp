@@ -6,7 +6,7 @@
 namespace hcr {
 namespace {
 
-struct SandboxSession : SandboxClient {};
+struct SandboxCalls : SandboxClient {};
 
 constexpr u32 kSim = 201, kAdded = 202, kRemoved = 203, kFrame = 204, kLoaded = 205;
 
@@ -18,7 +18,7 @@ ScenarioFault lf_fault(FaultKind kind, f64 at, f64 seconds = 0) {
     return fault;
 }
 
-TEST_F(SandboxSession, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
+TEST_F(SandboxCalls, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
     Scenario s = gf_defaultScenario();
     s.openAfter = 5;
     s.applicationName = "SunRise";
@@ -35,7 +35,7 @@ TEST_F(SandboxSession, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
     EXPECT_EQ(seen[0].bytes.size(), sizeof(SIMCONNECT_RECV_OPEN));
 }
 
-TEST_F(SandboxSession, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
+TEST_F(SandboxCalls, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
     Scenario s = gf_defaultScenario();
     s.flightAfter = 2;
     s.frameRate = 20;
@@ -52,7 +52,7 @@ TEST_F(SandboxSession, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
     EXPECT_NEAR(static_cast<f64>(eventsOf(after, kFrame).size()), 100, 1);
 }
 
-TEST_F(SandboxSession, AClientThatStayedAwayGetsNoBurstOfFrames) {
+TEST_F(SandboxCalls, AClientThatStayedAwayGetsNoBurstOfFrames) {
     start(gf_defaultScenario());
     open();
     subscribeAll();
@@ -64,12 +64,12 @@ TEST_F(SandboxSession, AClientThatStayedAwayGetsNoBurstOfFrames) {
     EXPECT_GE(eventsOf(seen, kFrame).size(), 1u);
 }
 
-TEST_F(SandboxSession, NothingIsAnsweredBeforeTheNextDispatch) {
+TEST_F(SandboxCalls, NothingIsAnsweredBeforeTheNextDispatch) {
     start(gf_defaultScenario());
     open();
     run(2);
     struct Inner {
-        SandboxSession* test;
+        SandboxCalls* test;
         int answersInTheSameDispatch = 0;
         static void on(SIMCONNECT_RECV* message, u32, void* context) {
             auto* self = static_cast<Inner*>(context);
@@ -86,7 +86,7 @@ TEST_F(SandboxSession, NothingIsAnsweredBeforeTheNextDispatch) {
     EXPECT_EQ(countOf(seen, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 1u);
 }
 
-TEST_F(SandboxSession, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
+TEST_F(SandboxCalls, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
     start(gf_defaultScenario());
     open();
     const SimHandle old = handle;
@@ -111,7 +111,7 @@ TEST_F(SandboxSession, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
     EXPECT_EQ(packet(), 0u) << "what the library refuses is not sent";
 }
 
-TEST_F(SandboxSession, EveryExceptionNamesThePacketAndTheParameter) {
+TEST_F(SandboxCalls, EveryExceptionNamesThePacketAndTheParameter) {
     start(gf_defaultScenario());
     open();
     subscribeAll();
@@ -176,7 +176,7 @@ TEST_F(SandboxSession, EveryExceptionNamesThePacketAndTheParameter) {
     }
 }
 
-TEST_F(SandboxSession, PauseStopsFramesAndSecondsAndTheUserAndResumesByItself) {
+TEST_F(SandboxCalls, PauseStopsFramesAndSecondsAndTheUserAndResumesByItself) {
     Scenario s = gf_defaultScenario();
     s.elevation = 0;
     s.user = {{0, 50, 0, 5000, 90, 100, false}, {100, 50, 1, 5000, 90, 100, false}};
@@ -199,7 +199,7 @@ TEST_F(SandboxSession, PauseStopsFramesAndSecondsAndTheUserAndResumesByItself) {
     EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.20, 1e-6);
 }
 
-TEST_F(SandboxSession, AfterQuitTheSessionIsDeadAndTheSimulatorComesBackLater) {
+TEST_F(SandboxCalls, AfterQuitTheSessionIsDeadAndTheSimulatorComesBackLater) {
     Scenario s = gf_defaultScenario();
     s.faults = {lf_fault(FaultKind::quit, 5, 30)};
     start(s);
@@ -224,7 +224,7 @@ TEST_F(SandboxSession, AfterQuitTheSessionIsDeadAndTheSimulatorComesBackLater) {
     EXPECT_NEAR(gf_sandboxSeconds(), 37.5, 1e-6) << "its clock doesn't begin anew";
 }
 
-TEST_F(SandboxSession, FaultsReachTheClient) {
+TEST_F(SandboxCalls, FaultsReachTheClient) {
     start(gf_defaultScenario());
     open();
     subscribeAll();
@@ -255,7 +255,7 @@ TEST_F(SandboxSession, FaultsReachTheClient) {
     EXPECT_EQ(eventsOf(answers(), kRemoved).size(), 1u);
 }
 
-TEST_F(SandboxSession, ACallFailsAsOftenAsTheFaultSays) {
+TEST_F(SandboxCalls, ACallFailsAsOftenAsTheFaultSays) {
     start(gf_defaultScenario());
     open();
     ScenarioFault fault = lf_fault(FaultKind::failCall, 0);
@@ -270,7 +270,7 @@ TEST_F(SandboxSession, ACallFailsAsOftenAsTheFaultSays) {
     EXPECT_EQ(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
 }
 
-TEST_F(SandboxSession, SlowFramesEndAndTheFrameTellsItsRate) {
+TEST_F(SandboxCalls, SlowFramesEndAndTheFrameTellsItsRate) {
     start(gf_defaultScenario());
     open();
     subscribeAll();
@@ -284,7 +284,7 @@ TEST_F(SandboxSession, SlowFramesEndAndTheFrameTellsItsRate) {
     EXPECT_NEAR(static_cast<f64>(eventsOf(run(10), kFrame).size()), 300, 2);
 }
 
-TEST_F(SandboxSession, ClosingTakesTheClientsAircraftAway) {
+TEST_F(SandboxCalls, ClosingTakesTheClientsAircraftAway) {
     start(gf_defaultScenario());
     open();
     run(2);
@@ -296,7 +296,7 @@ TEST_F(SandboxSession, ClosingTakesTheClientsAircraftAway) {
     EXPECT_GT(create("A320", "KLM1"), 0u);
 }
 
-TEST_F(SandboxSession, ADispatchFunctionMayThrowOrCloseTheSession) {
+TEST_F(SandboxCalls, ADispatchFunctionMayThrowOrCloseTheSession) {
     start(gf_defaultScenario());
     open();
     subscribeAll();
@@ -319,7 +319,7 @@ TEST_F(SandboxSession, ADispatchFunctionMayThrowOrCloseTheSession) {
     EXPECT_EQ(calls, 1) << "a closed session delivers nothing more";
 }
 
-TEST_F(SandboxSession, TwoThreadsMayWorkAtOnce) {
+TEST_F(SandboxCalls, TwoThreadsMayWorkAtOnce) {
     start(gf_defaultScenario());
     open();
     subscribeAll();

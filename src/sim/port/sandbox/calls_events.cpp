@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "sim/port/sandbox/port_call.h"
 
 namespace hcr {

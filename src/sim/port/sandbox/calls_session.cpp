@@ -1,5 +1,4 @@
 #include <atomic>
-#include <cstring>
 
 #include "platform/clock.h"
 #include "sim/port/sandbox/port_call.h"

@@ -17,7 +17,7 @@
 namespace hcr::test {
 namespace {
 
-constexpr u32 kLive = 4740001, kStatic = 17;
+constexpr u32 kLive = 4740001;
 constexpr i64 kCycleUs = 10000;
 
 /// The session and a worker with nothing but this module's part of its cycle, before the sandbox, in simulated time.

@@ -30,11 +30,14 @@ constexpr RangeStep kRangeSteps[] = {{33, 35}, {28, 30}, {23, 25}, {19, 20}, {17
 
 std::atomic<u32> lf_rangeMetres{40 * kMetresPerMile};
 
+f64 lf_firstAirportNm(const UserAircraftData& user) {
+    const std::lock_guard lock(gParkAirportsMutex);
+    if (gParkAirports.empty()) return kNoAirportNm;
+    return distanceNm(user.lat, user.lon, gParkAirports.front().lat, gParkAirports.front().lon);
+}
+
 i32 lf_approachRange(const UserAircraftData& user) {
-    f64 distance = kNoAirportNm;
-    if (!gParkAirports.empty()) {
-        distance = distanceNm(user.lat, user.lon, gParkAirports.front().lat, gParkAirports.front().lon);
-    }
+    const f64 distance = lf_firstAirportNm(user);
     if (distance <= kNearNm) return kRangeOnGroundNm;
     if (!(distance < kFarNm)) return kRangeCruiseNm;
     const auto rounded = static_cast<i32>(std::lround(distance));
@@ -59,6 +62,7 @@ bool lf_standsSomewhere(const LiveAc& ac) {
 
 }  // namespace
 
+std::mutex gParkAirportsMutex;
 std::vector<ParkAirportEntry> gParkAirports;
 AirportEntry gParkAirport;
 std::string gSelectedStand;
@@ -100,6 +104,7 @@ u32 gf_rangeMetres() {
 }
 
 bool lf_readMyParkAirports() {
+    const std::lock_guard lock(gParkAirportsMutex);
     gParkAirports.clear();
     return true;
 }
@@ -111,6 +116,7 @@ bool gf_reReadParkAirports(bool, std::string& message) {
 }
 
 void gf_setDestination(const std::string& code, LatLon position) {
+    const std::lock_guard lock(gParkAirportsMutex);
     const auto known = std::find_if(gParkAirports.begin(), gParkAirports.end(),
                                     [&code](const ParkAirportEntry& entry) { return entry.code == code; });
     if (known != gParkAirports.end()) {

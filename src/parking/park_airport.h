@@ -1,5 +1,6 @@
 #pragma once
 
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -16,13 +17,17 @@ struct ParkAirportEntry {
     f64 distance = 0;      ///< nm from the user
 };
 
-extern std::vector<ParkAirportEntry> gParkAirports;
-extern AirportEntry gParkAirport;   ///< code empty without a park airport
-extern std::string gSelectedStand;  ///< the reserved stand, empty when there is none
+/// The destination that the user types comes from the window's thread; no other lock is taken while this one is held.
+extern std::mutex gParkAirportsMutex;
+extern std::vector<ParkAirportEntry> gParkAirports;  ///< under gParkAirportsMutex
+extern AirportEntry gParkAirport;                    ///< code empty without a park airport
+extern std::string gSelectedStand;                   ///< the reserved stand, empty when there is none
 
 bool gf_hasParkAirport();
 /// Elevation of the park airport in feet, or `without` when none is set.
 f64 gf_parkAirportAlt(f64 without);
+
+// Any thread.
 
 /// Sets the range of the moment: RANGE, the decoder's range, the radius of the simulator requests.
 void gf_setRange(i32 nm);
@@ -35,6 +40,7 @@ u32 gf_rangeMetres();
 bool lf_readMyParkAirports();
 /// Re-reads the list; the text for the message line in `message`.
 bool gf_reReadParkAirports(bool checkStand, std::string& message);
+/// Puts the destination in front of the list. Any thread.
 void gf_setDestination(const std::string& code, LatLon position);
 std::string gf_standUnderUser(LatLon position);
 void gf_rememberUserStand();

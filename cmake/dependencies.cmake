@@ -5,7 +5,7 @@ if(CMAKE_CROSSCOMPILING)
   # build machine's own C library slips in.
   set(header_root ${CMAKE_BINARY_DIR}/include)
   file(MAKE_DIRECTORY ${header_root})
-  foreach(header fmt nlohmann pugixml.hpp pugiconfig.hpp sodium.h sodium zip.h zipconf.h curl)
+  foreach(header fmt nlohmann pugixml.hpp pugiconfig.hpp sodium.h sodium zip.h zipconf.h zlib.h zconf.h curl)
     find_path(header_folder_${header} NAMES ${header} PATHS /usr/include /usr/include/x86_64-linux-gnu
       NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
     file(CREATE_LINK ${header_folder_${header}}/${header} ${header_root}/${header} SYMBOLIC)

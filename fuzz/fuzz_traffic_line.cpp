@@ -1,0 +1,40 @@
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "core/model/tables.h"
+#include "feed/traffic_line.h"
+
+using namespace hcr;
+
+namespace {
+
+// A line may be dropped for any reason, but what is queued the engine takes as it stands.
+void check(const TrafficReport& report) {
+    const PosSample& s = report.sample;
+    for (const f64 value : {s.lat, s.lon, s.alt, s.speed, s.track, s.vs, s.tas, s.roll, s.trueHeading}) {
+        if (!std::isfinite(value)) std::abort();
+    }
+    if (s.alt < 0 || s.speed < 0 || s.tas < 0 || s.airborne != (s.alt > 0)) std::abort();
+    if (report.hexid <= kLastStaticId || report.model.empty()) std::abort();
+    if (report.callsign.empty() && report.registration.empty()) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    gTrafficReader.userLat = 52.3;
+    gTrafficReader.userLon = 4.8;
+    gTrafficReader.parkAirportLat = 52.31;
+    gTrafficReader.parkAirportLon = 4.76;
+    gTrafficReader.parkAirportAlt = -11;
+    gTrafficReader.parkAirportAltValid = true;
+    gTrafficReader.rangeNm = 25000;
+    gAcceptReports = true;
+    gTrafficReader.text = std::string_view(reinterpret_cast<const char*>(data), size);
+    processLine(gTrafficReader);
+    for (const TrafficReport& report : gReports) check(report);
+    gReports.clear();
+    return 0;
+}

@@ -106,7 +106,7 @@ TEST(ControlClient, AnswersOnlyTheVersionQuestion) {
     client.version = "1.2.3";
     EXPECT_EQ(answerControlLine(client, "Qs999=version"), "{\"level\":2,\"version\":\"1.2.3\"}\r\n");
     testing::internal::CaptureStdout();
-    for (const char* line : {"", "exit", "Qs121=", "Qs121=5e+03;0;1.5;1e+06;12345;0.912807;0.083776", "Qs121=x;;;;;;",
+    for (const char* line : {"", "exit", "Qs121=5e+03;0;1.5;1e+06;12345;0.912807;0.083776", "Qs121=", "Qs121=x;;;;;;",
                              "Qs123=", "Qs123=1e300", "Qs123=nan", "Qs123=1700000000000", "\xff\xfe"}) {
         EXPECT_EQ(answerControlLine(client, line), "") << line;
     }

@@ -110,7 +110,7 @@ std::string reportLine(const GeneratedAircraft& aircraft, const std::string& cal
         return line;
     }
     const f64 roll = aircraft.sendsRoll ? lf_step(air.bank * kRadToDeg, 0.1) : -1.0;
-    const f64 selected = lf_step(motion.height + (vs > 0 ? 2000 : vs < 0 ? -2000 : 0), 1000);
+    const f64 selected = std::max(lf_step(motion.height + (vs > 0 ? 2000 : vs < 0 ? -2000 : 0), 1000), 1000.0);
     fmt::format_to(out, ",{:.0f},{:.0f},{:.0f},{:.3f},{:.1f},{:.1f},{:.2f},{:.2f},{:.0f}", height + 75, air.ias,
                    air.tas, air.mach, lf_step(motion.turnRate * kRadToDeg, 0.1), roll, lf_compass(nose - 0.03),
                    lf_compass(nose), vs);

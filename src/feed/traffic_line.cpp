@@ -138,46 +138,45 @@ std::string_view lf_text(std::string_view field) {
     return field == "null" ? std::string_view{} : field;
 }
 
-// A bit pattern in which exactly the top bits of those bytes are set that equal a comma.
-u64 lf_commaBits(const char* eightBytes) {
+// A bit for each of eight characters, the first in the lowest: set for a comma.
+u64 lf_commasOfEight(const char* characters) {
     constexpr u64 kEveryByte = 0x0101010101010101;
     constexpr u64 kLowBits = 0x7F * kEveryByte;
+    constexpr u64 kGather = 0x0102040810204080;  // brings the low bits of all bytes together in the top byte
     u64 bytes = 0;
-    std::memcpy(&bytes, eightBytes, sizeof bytes);
-    const u64 zeroWhereComma = bytes ^ (',' * kEveryByte);
-    return ~(((zeroWhereComma & kLowBits) + kLowBits) | zeroWhereComma | kLowBits);
+    std::memcpy(&bytes, characters, sizeof bytes);
+    const u64 zeroAtComma = bytes ^ (',' * kEveryByte);
+    const u64 topBitAtComma = ~(((zeroAtComma & kLowBits) + kLowBits) | zeroAtComma | kLowBits);
+    return ((topBitAtComma >> 7) * kGather) >> 56;
 }
 
-// Eight bytes at a time, into room that is there already: with a comma every five bytes a search for each of them and
-// a push_back for each field cost several times as much.
+// The same for up to 64 characters.
+u64 lf_commas(const char* characters, std::size_t count) {
+    constexpr std::size_t kWord = sizeof(u64);
+    u64 commas = 0;
+    std::size_t at = 0;
+    for (; at + kWord <= count; at += kWord) commas |= lf_commasOfEight(characters + at) << at;
+    for (; at < count; ++at) commas |= u64{characters[at] == ','} << at;
+    return commas;
+}
+
+// Finds the commas of 64 characters at once, without a decision that depends on them: a search for each one, a comma
+// every five characters, costs three times as much.
 void lf_split(std::string_view text, std::vector<std::string_view>& fields) {
     static_assert(std::endian::native == std::endian::little);
-    constexpr std::size_t kStep = sizeof(u64);
-    constexpr std::size_t kUsualFields = 64;
-    fields.resize(kUsualFields);
-    std::string_view* field = fields.data();
-    std::string_view* stop = field + fields.size();
-    const char* begin = text.data();
-    const char* at = begin;
-    const char* const end = begin + text.size();
-    const auto endField = [&](const char* comma) {
-        if (field == stop) {
-            const std::size_t used = fields.size();
-            fields.resize(2 * used);
-            field = fields.data() + used;
-            stop = fields.data() + fields.size();
+    constexpr std::size_t kBlock = 64;
+    const char* const data = text.data();
+    std::size_t begin = 0;
+    fields.clear();
+    for (std::size_t at = 0; at < text.size(); at += kBlock) {
+        u64 commas = lf_commas(data + at, std::min(kBlock, text.size() - at));
+        for (; commas != 0; commas &= commas - 1) {
+            const std::size_t comma = at + static_cast<std::size_t>(std::countr_zero(commas));
+            fields.emplace_back(data + begin, comma - begin);
+            begin = comma + 1;
         }
-        *field++ = std::string_view(begin, static_cast<std::size_t>(comma - begin));
-        begin = comma + 1;
-    };
-    for (; end - at >= static_cast<std::ptrdiff_t>(kStep); at += kStep) {
-        for (u64 bits = lf_commaBits(at); bits != 0; bits &= bits - 1) endField(at + std::countr_zero(bits) / 8);
     }
-    for (; at != end; ++at) {
-        if (*at == ',') endField(at);
-    }
-    endField(end);
-    fields.resize(static_cast<std::size_t>(field - fields.data()));
+    fields.emplace_back(data + begin, text.size() - begin);
 }
 
 // One line on its way to a report. The steps below take the report's values from the fields; one that returns false
@@ -185,7 +184,10 @@ void lf_split(std::string_view text, std::vector<std::string_view>& fields) {
 struct DecodedLine {
     TrafficReader& reader;
     const std::vector<std::string_view>& fields;
-    TrafficReport report{};
+    PosSample sample{};
+    std::string_view model{}, from{}, to{}, callsign{}, registration{};  // into the line
+    f64 timestamp = 0;
+    u32 hexid = 0;
     LineDrop drop = LineDrop::badField;
 };
 
@@ -195,8 +197,8 @@ bool lf_drop(DecodedLine& line, LineDrop reason) {
 }
 
 void lf_takeTimestamp(DecodedLine& line) {
-    line.report.timestamp = lf_number(line.fields[kTimestamp], "timestamp", kTimestampLimits);
-    gLastTimestamp = line.report.timestamp;
+    line.timestamp = lf_number(line.fields[kTimestamp], "timestamp", kTimestampLimits);
+    gLastTimestamp = line.timestamp;
 }
 
 void lf_takePosition(DecodedLine& line) {
@@ -208,13 +210,13 @@ void lf_takePosition(DecodedLine& line) {
     if (!onEarth || !positionKnown(*lat, *lon)) {
         throw std::runtime_error(fmt::format("invalid lalo: {:.6f},{:.6f}", *lat, *lon));
     }
-    line.report.sample.lat = *lat;
-    line.report.sample.lon = *lon;
+    line.sample.lat = *lat;
+    line.sample.lon = *lon;
 }
 
 bool lf_nearUser(DecodedLine& line) {
     const TrafficReader& reader = line.reader;
-    const PosSample& s = line.report.sample;
+    const PosSample& s = line.sample;
     return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= reader.rangeNm ||
            lf_drop(line, LineDrop::outOfRange);
 }
@@ -222,7 +224,7 @@ bool lf_nearUser(DecodedLine& line) {
 bool lf_takeRegistration(DecodedLine& line) {
     const std::string_view field = line.fields[kRegistration];
     if (field.size() > kLongestRegistration) return lf_drop(line, LineDrop::registration);
-    line.report.registration = lf_text(field);
+    line.registration = lf_text(field);
     return true;
 }
 
@@ -245,7 +247,7 @@ bool lf_takeModel(DecodedLine& line) {
     if (!category.empty() && (vehicle || lf_isOneOf(kExcludedCategories, category))) {
         return lf_drop(line, LineDrop::noAircraft);
     }
-    line.report.model = model;
+    line.model = model;
     return true;
 }
 
@@ -256,14 +258,14 @@ void lf_takeTrueHeading(DecodedLine& line) {
     if (!degrees) lf_throw("trueheading", field);
     if (*degrees > 360) throw std::runtime_error(fmt::format("trueheading: {:.2f}", *degrees));
     if (*degrees < 0) return;
-    PosSample& s = line.report.sample;
+    PosSample& s = line.sample;
     s.trueHeading = *degrees == 0 ? 2 * kPi : *degrees * kDegToRad;  // 0 would look like a missing one
     s.trueHeadingValid = s.adsb = true;
 }
 
 bool lf_takeHexid(DecodedLine& line) {
     const std::string_view field = line.fields[kHexid];
-    u32& hexid = line.report.hexid;
+    u32& hexid = line.hexid;
     const auto result = std::from_chars(field.data(), field.data() + field.size(), hexid);
     if (result.ec != std::errc()) throw std::runtime_error(fmt::format("hexid incorrect{}", field));
     return hexid > kLastStaticId || lf_drop(line, LineDrop::parkedId);
@@ -280,7 +282,7 @@ bool lf_decodeAltitude(DecodedLine& line) {
     }
     const bool fieldKnown = reader.parkAirportAltValid;
     const f64 fieldFt = reader.parkAirportAlt;
-    const f64 speed = line.report.sample.speed;
+    const f64 speed = line.sample.speed;
     f64 alt = std::max(*feet, 0.0);
     if (alt > 0 && alt < kLowFt) {
         const f64 above = alt - (fieldKnown ? fieldFt : kNoFieldFt);
@@ -288,8 +290,8 @@ bool lf_decodeAltitude(DecodedLine& line) {
         if (above <= 0 || std::any_of(std::begin(kGroundTests), std::end(kGroundTests), onGround)) alt = 0;
     }
     if (speed <= kHoverKt) alt = 0;
-    line.report.sample.alt = alt;
-    line.report.sample.airborne = alt > 0;
+    line.sample.alt = alt;
+    line.sample.airborne = alt > 0;
     if (!AIRBORNE_ONLY.current) return true;
     const bool keep = alt > 0 && std::fabs(alt - (fieldKnown ? fieldFt : 0)) > kAirborneOnlyFt;
     return keep || lf_drop(line, LineDrop::airborneOnly);
@@ -299,14 +301,14 @@ bool lf_takeCallsign(DecodedLine& line) {
     std::string_view callsign = lf_text(line.fields[kCallsign]);
     if (callsign.find('@') != std::string_view::npos) callsign = {};
     if (lf_isOneOf(kNoAircraftCallsigns, callsign)) return lf_drop(line, LineDrop::callsign);
-    line.report.callsign = callsign;
-    return !callsign.empty() || !line.report.registration.empty() || lf_drop(line, LineDrop::noIdentity);
+    line.callsign = callsign;
+    return !callsign.empty() || !line.registration.empty() || lf_drop(line, LineDrop::noIdentity);
 }
 
 // Movements on the ground are shown at the park airport only.
 bool lf_groundIsShown(DecodedLine& line) {
     const TrafficReader& reader = line.reader;
-    const PosSample& s = line.report.sample;
+    const PosSample& s = line.sample;
     if (s.airborne) return true;
     const bool shown = reader.parkAirportAltValid &&
                        distanceNm(reader.parkAirportLat, reader.parkAirportLon, s.lat, s.lon) <= kParkAirportNm;
@@ -314,7 +316,7 @@ bool lf_groundIsShown(DecodedLine& line) {
 }
 
 void lf_takeTrack(DecodedLine& line) {
-    PosSample& s = line.report.sample;
+    PosSample& s = line.sample;
     const std::string_view field = line.fields[kTrack];
     const std::optional<f64> track = field.empty() ? 0.0 : lf_number(field);
     if (!track || !lf_within(*track, kTrackLimits)) {
@@ -324,7 +326,7 @@ void lf_takeTrack(DecodedLine& line) {
 }
 
 void lf_takeRoll(DecodedLine& line) {
-    PosSample& s = line.report.sample;
+    PosSample& s = line.sample;
     if (!s.airborne) return;
     const f64 degrees = lf_number(line.fields[kRoll], "roll", kRollLimits);
     if (degrees == -1 || degrees == 0) return;
@@ -339,7 +341,7 @@ f64 lf_usualTas(f64 alt) {
 }
 
 void lf_takeTas(DecodedLine& line) {
-    PosSample& s = line.report.sample;
+    PosSample& s = line.sample;
     const std::optional<f64> tas = lf_number(line.fields[kTas]);
     const bool unknown = tas == -1.0;
     if (!tas || (!unknown && !lf_within(*tas, kSpeedLimits))) {
@@ -351,13 +353,20 @@ void lf_takeTas(DecodedLine& line) {
 bool lf_queue(DecodedLine& line) {
     const std::lock_guard lock(gReportMutex);
     if (!gAcceptReports) return lf_drop(line, LineDrop::notAccepting);
-    line.report.sample.time = simTick + kPlayingDelayCs;
-    gReports.push_back(std::move(line.report));
+    TrafficReport& report = gReports.emplace_back();
+    report.sample = line.sample;
+    report.sample.time = simTick + kPlayingDelayCs;
+    report.model = line.model;
+    report.from = line.from;
+    report.to = line.to;
+    report.callsign = line.callsign;
+    report.registration = line.registration;
+    report.timestamp = line.timestamp;
+    report.hexid = line.hexid;
     return true;
 }
 
 bool lf_decode(DecodedLine& line) {
-    TrafficReport& report = line.report;
     lf_takeTimestamp(line);
     lf_takePosition(line);
     if (!lf_nearUser(line) || !lf_takeRegistration(line)) return false;
@@ -365,12 +374,12 @@ bool lf_decode(DecodedLine& line) {
     if (!lf_takeModel(line)) return false;
     lf_takeTrueHeading(line);
     if (!lf_takeHexid(line)) return false;
-    report.sample.speed = lf_number(line.fields[kGroundSpeed], "gs", kSpeedLimits);
+    line.sample.speed = lf_number(line.fields[kGroundSpeed], "gs", kSpeedLimits);
     if (!lf_decodeAltitude(line) || !lf_takeCallsign(line) || !lf_groundIsShown(line)) return false;
     lf_takeTrack(line);
-    report.sample.vs = lf_number(line.fields[kVs], "vs", kVsLimits);
-    report.from = lf_text(line.fields[kFrom]);
-    report.to = lf_text(line.fields[kTo]);
+    line.sample.vs = lf_number(line.fields[kVs], "vs", kVsLimits);
+    line.from = lf_text(line.fields[kFrom]);
+    line.to = lf_text(line.fields[kTo]);
     lf_takeRoll(line);
     lf_takeTas(line);
     return lf_queue(line);

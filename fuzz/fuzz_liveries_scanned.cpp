@@ -15,15 +15,15 @@ void lf_check(bool good) {
     if (!good) std::abort();
 }
 
-void lf_loadTables(const std::vector<hcr::ScannedLivery>& liveries) {
+void lf_loadTables(std::vector<hcr::ScannedLivery> liveries) {
     const std::size_t count = liveries.size();
-    const auto groups = hcr::gf_buildLiveryIndex(liveries);
-    hcr::gf_buildAirlineTitles(groups);
-    hcr::gf_buildGenericTitles(groups);
+    hcr::gf_buildLiveryIndex(liveries);
+    hcr::gf_buildAirlineTitles();
+    hcr::gf_buildGenericTitles();
     std::size_t indexed = 0, generic = 0, ofAirlines = 0;
-    for (const hcr::LiveryGroup& group : groups) {
-        indexed += group.liveries->size();
-        for (const hcr::IndexedLivery& livery : *group.liveries) {
+    for (const hcr::LiveryGroup& group : hcr::liveryIndex) {
+        indexed += group.liveries.size();
+        for (const hcr::IndexedLivery& livery : group.liveries) {
             lf_check(hcr::gf_findTitle(livery.title) == livery.title);
         }
     }

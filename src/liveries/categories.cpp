@@ -100,13 +100,14 @@ void lf_reportCategory(const Category& category, i32 acClass) {
 }
 
 void lf_reportGenerics() {
-    const auto types = liveryIndex.find(kUnbrandedAirline);
-    if (types == liveryIndex.end()) {
+    std::set<std::string_view> names;
+    for (const LiveryGroup& group : liveryIndex) {
+        if (group.airline == kUnbrandedAirline) names.insert(group.type);
+    }
+    if (names.empty()) {
         gf_log("No generic liveries");
         return;
     }
-    std::set<std::string_view> names;
-    for (const auto& [type, liveries] : types->second) names.insert(type);
     gf_log(fmt::format("{} model{} have a generic livery", names.size(), gf_plural(names.size())));
     lf_logModels(names, nullptr);
 }

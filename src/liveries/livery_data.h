@@ -3,6 +3,7 @@
 #include <array>
 #include <memory_resource>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -40,10 +41,16 @@ struct IndexedLivery {
     bool cargo = false;
 };
 
+/// The liveries of one airline and type.
+struct LiveryGroup {
+    std::string_view airline, type;
+    std::span<const IndexedLivery> liveries;  ///< by title
+    std::array<std::size_t, 2> counts{};      ///< passenger, cargo
+};
+
 /// A table of the loaded liveries. All of it, texts included, stands in gLiveryMemory.
 template <typename Value>
 using LiveryMap = std::pmr::unordered_map<std::string_view, Value>;
-using LiveryList = std::pmr::vector<IndexedLivery>;
 using TitleList = std::pmr::vector<std::string_view>;
 
 /// Memory of the tables below, given back as a whole by gf_clearLiveryTables. Tens of thousands of liveries would
@@ -51,7 +58,7 @@ using TitleList = std::pmr::vector<std::string_view>;
 extern std::pmr::monotonic_buffer_resource gLiveryMemory;
 
 // Tables of the matching; read-only between two loads. Index 0 passenger, 1 cargo. Run thread.
-extern LiveryMap<LiveryMap<LiveryList>> liveryIndex;                 ///< airline to type to liveries
+extern std::vector<LiveryGroup> liveryIndex;  ///< every livery, sorted by airline and type; the owner of the titles
 extern std::array<LiveryMap<LiveryMap<TitleList>>, 2> airlineTitles; ///< airline to type to titles
 extern std::array<LiveryMap<TitleList>, 2> genericTitles;            ///< type to titles of any airline
 extern LiveryMap<std::string_view> regcodeTitles;                    ///< registration to title

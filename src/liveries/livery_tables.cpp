@@ -1,6 +1,7 @@
 #include "liveries/livery_tables.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "liveries/matching.h"
 #include "liveries/text_index.h"
@@ -9,7 +10,7 @@ namespace hcr {
 
 // The memory comes first: it must outlive the tables in it.
 std::pmr::monotonic_buffer_resource gLiveryMemory;
-LiveryMap<LiveryMap<LiveryList>> liveryIndex(&gLiveryMemory);
+std::vector<LiveryGroup> liveryIndex;
 std::array<LiveryMap<LiveryMap<TitleList>>, 2> airlineTitles{LiveryMap<LiveryMap<TitleList>>(&gLiveryMemory),
                                                              LiveryMap<LiveryMap<TitleList>>(&gLiveryMemory)};
 std::array<LiveryMap<TitleList>, 2> genericTitles{LiveryMap<TitleList>(&gLiveryMemory),
@@ -22,10 +23,12 @@ std::vector<std::string> dontUseTitles;
 
 namespace {
 
+/// Room for the pairs of airline and type of a large installation, made at once.
+constexpr std::size_t kUsualGroups = 16384;
 constexpr std::size_t kSpecialTitles = 4096, kLightTypes = 64, kBuzjetTypes = 128, kRotorcraftTypes = 32;
 
-/// All titles of liveryIndex, found by their text. A walk through the index for each of tens of thousands of
-/// registrations would take minutes.
+/// All titles of liveryIndex, found by their text: a walk through the index for each of tens of thousands of
+/// registrations would take minutes. Made when it is asked for, since not every installation asks.
 struct TitleIndex {
     std::vector<std::string_view> titles;
     TextIndex index;
@@ -37,6 +40,16 @@ struct TitleIndex {
 
 TitleIndex gTitleIndex;
 
+void lf_indexTitles() {
+    for (const LiveryGroup& group : liveryIndex) {
+        for (const IndexedLivery& livery : group.liveries) gTitleIndex.titles.push_back(livery.title);
+    }
+    gTitleIndex.index.reserve(gTitleIndex.titles.size(), gTitleIndex.textOf());
+    for (u32 number = 0; number < gTitleIndex.titles.size(); ++number) {
+        gTitleIndex.index.insert(number, gTitleIndex.textOf());
+    }
+}
+
 std::size_t lf_groupEnd(const std::vector<ScannedLivery>& liveries, std::size_t begin) {
     const ScannedLivery& first = liveries[begin];
     std::size_t end = begin + 1;
@@ -44,26 +57,26 @@ std::size_t lf_groupEnd(const std::vector<ScannedLivery>& liveries, std::size_t 
     return end;
 }
 
-void lf_indexTitles(const std::vector<LiveryGroup>& groups, std::size_t count) {
-    gTitleIndex.titles.reserve(count);
-    gTitleIndex.index.reserve(count, gTitleIndex.textOf());
-    for (const LiveryGroup& group : groups) {
-        for (const IndexedLivery& livery : *group.liveries) {
-            gTitleIndex.titles.push_back(livery.title);
-            gTitleIndex.index.insert(static_cast<u32>(gTitleIndex.titles.size() - 1), gTitleIndex.textOf());
-        }
+char* lf_textRoom(std::size_t size) {
+    return static_cast<char*>(gLiveryMemory.allocate(size, 1));
+}
+
+/// Copies all titles into one block and points the list to the copies.
+void lf_keepTitles(std::vector<ScannedLivery>& liveries) {
+    std::size_t size = 0;
+    for (const ScannedLivery& livery : liveries) size += livery.title.size();
+    char* room = lf_textRoom(size);
+    for (ScannedLivery& livery : liveries) {
+        char* const end = std::copy(livery.title.begin(), livery.title.end(), room);
+        livery.title = {room, livery.title.size()};
+        room = end;
     }
 }
 
-void lf_appendTitles(const LiveryList& liveries, bool cargo, TitleList& titles) {
-    for (const IndexedLivery& livery : liveries) {
+void lf_appendTitles(const LiveryGroup& group, bool cargo, TitleList& titles) {
+    for (const IndexedLivery& livery : group.liveries) {
         if (livery.cargo == cargo) titles.push_back(livery.title);
     }
-}
-
-std::size_t lf_countOf(const LiveryList& liveries, bool cargo) {
-    return static_cast<std::size_t>(std::count_if(
-        liveries.begin(), liveries.end(), [cargo](const IndexedLivery& livery) { return livery.cargo == cargo; }));
 }
 
 /// Empties a table and parts it from its memory.
@@ -74,58 +87,68 @@ void lf_drop(Map& map) {
 
 }  // namespace
 
-std::vector<LiveryGroup> gf_buildLiveryIndex(const std::vector<ScannedLivery>& liveries) {
-    std::vector<LiveryGroup> groups;
+void gf_buildLiveryIndex(std::vector<ScannedLivery>& liveries) {
+    lf_keepTitles(liveries);
+    auto* const entries = static_cast<IndexedLivery*>(
+        gLiveryMemory.allocate(liveries.size() * sizeof(IndexedLivery), alignof(IndexedLivery)));
+    liveryIndex.reserve(kUsualGroups);
     for (std::size_t begin = 0; begin < liveries.size();) {
         const std::size_t end = lf_groupEnd(liveries, begin);
-        const bool sameAirline = !groups.empty() && groups.back().airline == liveries[begin].airl;
-        const std::string_view airline = sameAirline ? groups.back().airline : gf_keepText(liveries[begin].airl);
-        const std::string_view type = gf_keepText(liveries[begin].type);
-        LiveryList& list = liveryIndex[airline][type];
-        list.reserve(end - begin);
-        for (; begin < end; ++begin) list.push_back({gf_keepText(liveries[begin].title), liveries[begin].cargo});
-        groups.push_back({airline, type, &list});
+        const ScannedLivery& first = liveries[begin];
+        const bool sameAirline = !liveryIndex.empty() && liveryIndex.back().airline == first.airl;
+        LiveryGroup group;
+        group.airline = sameAirline ? liveryIndex.back().airline : gf_keepText(first.airl);
+        group.type = gf_keepText(first.type);
+        group.liveries = {entries + begin, end - begin};
+        for (; begin < end; ++begin) {
+            std::construct_at(entries + begin, IndexedLivery{liveries[begin].title, liveries[begin].cargo});
+            group.counts[liveries[begin].cargo ? 1 : 0] += 1;
+        }
+        liveryIndex.push_back(group);
     }
-    lf_indexTitles(groups, liveries.size());
-    return groups;
 }
 
-void gf_buildAirlineTitles(const std::vector<LiveryGroup>& groups) {
-    for (const LiveryGroup& group : groups) {
-        for (const bool cargo : {false, true}) {
-            const std::size_t count = lf_countOf(*group.liveries, cargo);
+void gf_buildAirlineTitles() {
+    for (const bool cargo : {false, true}) {
+        std::string_view airline;
+        LiveryMap<TitleList>* types = nullptr;  // of that airline
+        for (const LiveryGroup& group : liveryIndex) {
+            const std::size_t count = group.counts[cargo ? 1 : 0];
             if (count == 0) continue;
-            TitleList& titles = airlineTitles[cargo ? 1 : 0][group.airline][group.type];
+            if (types == nullptr || airline != group.airline) {
+                airline = group.airline;
+                types = &airlineTitles[cargo ? 1 : 0][airline];
+            }
+            TitleList& titles = (*types)[group.type];
             titles.reserve(count);
-            lf_appendTitles(*group.liveries, cargo, titles);
+            lf_appendTitles(group, cargo, titles);
         }
     }
 }
 
-void gf_buildGenericTitles(const std::vector<LiveryGroup>& groups) {
+void gf_buildGenericTitles() {
     for (const bool cargo : {false, true}) {
         LiveryMap<TitleList>& table = genericTitles[cargo ? 1 : 0];
-        // Counted first: what a list leaves behind when it grows stays in the memory of the tables.
+        // Counted first: what a list leaves behind when it grows would stay in the memory of the tables.
         std::unordered_map<std::string_view, std::size_t> counts;
-        for (const LiveryGroup& group : groups) counts[group.type] += lf_countOf(*group.liveries, cargo);
-        for (const LiveryGroup& group : groups) {
-            const std::size_t count = counts[group.type];
-            if (count == 0) continue;
-            TitleList& titles = table[group.type];
-            titles.reserve(count);
-            lf_appendTitles(*group.liveries, cargo, titles);
+        for (const LiveryGroup& group : liveryIndex) {
+            if (group.counts[cargo ? 1 : 0] > 0) counts[group.type] += group.counts[cargo ? 1 : 0];
+        }
+        for (const auto& [type, count] : counts) table[type].reserve(count);
+        for (const LiveryGroup& group : liveryIndex) {
+            if (group.counts[cargo ? 1 : 0] > 0) lf_appendTitles(group, cargo, table[group.type]);
         }
     }
 }
 
 std::string_view gf_keepText(std::string_view text) {
-    if (text.empty()) return {};
-    char* const copy = static_cast<char*>(gLiveryMemory.allocate(text.size(), 1));
-    std::copy(text.begin(), text.end(), copy);
-    return {copy, text.size()};
+    char* const room = lf_textRoom(text.size());
+    std::copy(text.begin(), text.end(), room);
+    return {room, text.size()};
 }
 
 std::string_view gf_findTitle(std::string_view title) {
+    if (gTitleIndex.titles.empty()) lf_indexTitles();
     const u32 number = gTitleIndex.index.find(title, gTitleIndex.textOf());
     return number == TextIndex::kNone ? std::string_view{} : gTitleIndex.titles[number];
 }
@@ -149,7 +172,7 @@ void gf_emptyLiveryTables() {
     for (auto& titles : airlineTitles) lf_drop(titles);
     gTitleIndex = {};
     gf_forgetLiveries();
-    lf_drop(liveryIndex);
+    liveryIndex = {};
     gLiveryMemory.release();  // last: it holds the texts
 }
 

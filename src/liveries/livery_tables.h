@@ -10,16 +10,11 @@ namespace hcr {
 
 // Steps of the loading of the scan results. Run thread.
 
-/// The liveries of one airline and type; all of it stands in liveryIndex.
-struct LiveryGroup {
-    std::string_view airline, type;
-    const LiveryList* liveries = nullptr;
-};
-
-/// Builds liveryIndex, which takes copies of the texts, from the sorted list. The groups come in the order of the list.
-std::vector<LiveryGroup> gf_buildLiveryIndex(const std::vector<ScannedLivery>& liveries);
-void gf_buildAirlineTitles(const std::vector<LiveryGroup>& groups);
-void gf_buildGenericTitles(const std::vector<LiveryGroup>& groups);
+/// Builds liveryIndex from the sorted list. It takes copies of the texts, and the titles of the list then are those
+/// copies.
+void gf_buildLiveryIndex(std::vector<ScannedLivery>& liveries);
+void gf_buildAirlineTitles();
+void gf_buildGenericTitles();
 /// A copy of a text that lives as long as the tables.
 std::string_view gf_keepText(std::string_view text);
 /// Empties all tables of the liveries and what is remembered of live aircraft.

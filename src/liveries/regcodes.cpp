@@ -158,18 +158,17 @@ std::string lf_countText(const MergeCounts& counts) {
 
 /// A line for InlineRegcodes.txt; empty when the registration has its livery now.
 std::string lf_mergeInline(const ScannedLivery& livery) {
-    const std::string_view title = gf_findTitle(livery.title);
-    if (title.empty()) {
+    if (livery.title.empty()) {
         return fmt::format("==> [{:3} {:4}] {} '{}' not available, system error, should not happen?", livery.airl,
                            livery.type, livery.atcid, livery.title);
     }
     const auto holder = regcodeTitles.find(livery.atcid);
     if (holder == regcodeTitles.end()) {
-        regcodeTitles.emplace(gf_keepText(livery.atcid), title);
+        regcodeTitles.emplace(gf_keepText(livery.atcid), livery.title);
         return {};
     }
-    if (holder->second == title) return {};
-    return fmt::format("{} '{}' => already in use by '{}'", livery.atcid, title, holder->second);
+    if (holder->second == livery.title) return {};
+    return fmt::format("{} '{}' => already in use by '{}'", livery.atcid, livery.title, holder->second);
 }
 
 void lf_writeReport(const Lines& lines, const std::filesystem::path& path) {
@@ -284,6 +283,9 @@ void gf_readDontUseTitles() {
 
 void gf_mergeInlineRegcodes(const std::vector<ScannedLivery>& liveries) {
     Lines clashes;
+    const auto named = std::count_if(liveries.begin(), liveries.end(),
+                                     [](const ScannedLivery& livery) { return !livery.atcid.empty(); });
+    regcodeTitles.reserve(static_cast<std::size_t>(named));
     for (const ScannedLivery& livery : liveries) {
         if (livery.atcid.empty()) continue;
         if (std::string clash = lf_mergeInline(livery); !clash.empty()) clashes.push_back(std::move(clash));

@@ -23,7 +23,8 @@ bool gf_readAigRegcodes(std::vector<RegcodeEntry>& entries);
 bool gf_readRegcodeFiles(const std::filesystem::path& folder, std::vector<RegcodeEntry>& entries);
 /// Fills dontUseTitles from both sources, before a scan.
 void gf_readDontUseTitles();
-/// The registrations that the liveries themselves name; the first livery of a registration keeps it.
+/// The registrations that the liveries themselves name; the first livery of a registration keeps it. The titles are
+/// those of liveryIndex.
 void gf_mergeInlineRegcodes(const std::vector<ScannedLivery>& liveries);
 /// One source into the tables: it wins over what stands there.
 void gf_mergeRegcodes(const std::vector<RegcodeEntry>& entries);

@@ -24,20 +24,30 @@ void lf_showLiveryCount(std::size_t count) {
     gf_repaint(Band::liveries);
 }
 
-void lf_buildTables(const std::vector<ScannedLivery>& liveries) {
-    const std::vector<LiveryGroup> groups = gf_buildLiveryIndex(liveries);
-    gf_buildAirlineTitles(groups);
+std::size_t lf_airlineCount() {
+    std::size_t count = 0;
+    std::string_view last;
+    for (const LiveryGroup& group : liveryIndex) {
+        if (count == 0 || group.airline != last) ++count;
+        last = group.airline;
+    }
+    return count;
+}
+
+void lf_buildTables(std::vector<ScannedLivery>& liveries) {
+    gf_buildLiveryIndex(liveries);
+    gf_buildAirlineTitles();
     gf_mergeInlineRegcodes(liveries);
     gf_processOfflineRegcodes();
     gf_log(fmt::format("{} registration codes", regcodeTitles.size()));
-    gf_buildGenericTitles(groups);
-    gf_log(fmt::format("{} airlines, {} pax aircraft models and {} cargo aircraft models", liveryIndex.size(),
+    gf_buildGenericTitles();
+    gf_log(fmt::format("{} airlines, {} pax aircraft models and {} cargo aircraft models", lf_airlineCount(),
                        genericTitles[0].size(), genericTitles[1].size()));
 }
 
 void lf_readAndBuild() {
     pugi::xml_document document;
-    const std::vector<ScannedLivery> liveries = gf_readScannedLiveries(document);
+    std::vector<ScannedLivery> liveries = gf_readScannedLiveries(document);
     lf_showLiveryCount(liveries.size());
     lf_buildTables(liveries);
 }

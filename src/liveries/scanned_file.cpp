@@ -21,6 +21,8 @@ std::vector<LiveryData> gScanList;
 namespace {
 
 constexpr i32 kFileMissing = 51, kSectionMissing = 52, kNoLiveries = 533, kAttributeMissing = 999;
+/// Room for all packages together, made at once.
+constexpr std::size_t kUsualLiveries = 32768;
 constexpr i32 kMsfs2020 = 1, kMsfs2024 = 2;
 
 bool lf_sortsBefore(const ScannedLivery& a, const ScannedLivery& b) {
@@ -29,20 +31,58 @@ bool lf_sortsBefore(const ScannedLivery& a, const ScannedLivery& b) {
     return a.title < b.title;
 }
 
-void lf_require(pugi::xml_attribute attribute, const char* name, pugi::xml_node node) {
-    if (attribute) return;
+/// Most names differ in their first letters, so that this is faster than a call that measures or compares whole texts.
+bool lf_isName(const char* text, const char* name) {
+    while (*text == *name && *name != '\0') ++text, ++name;
+    return *text == *name;
+}
+
+/// The attributes of a livery, gathered in one walk, which takes half the time of a search for each. Null for what is
+/// missing.
+struct LiveryAttributes {
+    const char* airl = nullptr;
+    const char* type = nullptr;
+    const char* title = nullptr;
+    const char* atcid = nullptr;
+    pugi::xml_attribute cargo;
+
+    explicit LiveryAttributes(pugi::xml_node node) {
+        for (pugi::xml_attribute given = node.first_attribute(); given; given = given.next_attribute()) {
+            const char* const name = given.name();
+            if (lf_isName(name, "airl")) {
+                lf_keepFirst(airl, given);
+            } else if (lf_isName(name, "type")) {
+                lf_keepFirst(type, given);
+            } else if (lf_isName(name, "title")) {
+                lf_keepFirst(title, given);
+            } else if (lf_isName(name, "atcid")) {
+                lf_keepFirst(atcid, given);
+            } else if (lf_isName(name, "cargo") && !cargo) {
+                cargo = given;
+            }
+        }
+    }
+
+    static void lf_keepFirst(const char*& value, pugi::xml_attribute given) {
+        if (value == nullptr) value = given.value();
+    }
+};
+
+std::string_view lf_required(const char* value, const char* name, pugi::xml_node node) {
+    if (value != nullptr) return value;
     throw UserErrorException(kAttributeMissing,
                              fmt::format("Missing required attribute '{}' in <{}>", name, node.name()));
 }
 
 ScannedLivery lf_readLivery(pugi::xml_node node) {
-    const pugi::xml_attribute airl = node.attribute("airl"), type = node.attribute("type"),
-                              title = node.attribute("title");
-    lf_require(airl, "airl", node);
-    lf_require(type, "type", node);
-    lf_require(title, "title", node);
-    return {airl.value(), type.value(), title.value(), node.attribute("atcid").value(),
-            node.attribute("cargo").as_bool()};
+    const LiveryAttributes given(node);
+    ScannedLivery livery;
+    livery.airl = lf_required(given.airl, "airl", node);
+    livery.type = lf_required(given.type, "type", node);
+    livery.title = lf_required(given.title, "title", node);
+    if (given.atcid != nullptr) livery.atcid = given.atcid;
+    livery.cargo = given.cargo.as_bool();
+    return livery;
 }
 
 void lf_appendLivery(pugi::xml_node parent, const LiveryData& livery) {
@@ -104,14 +144,15 @@ std::vector<ScannedLivery> gf_readScannedDocument(const pugi::xml_document& docu
                                  fmt::format("{} does not contain a <liveries> section", gf_pathToUtf8(path)));
     }
     std::vector<ScannedLivery> list;
-    for (const pugi::xml_node node : liveries.children()) {
-        if (node.type() == pugi::node_element) list.push_back(lf_readLivery(node));
+    list.reserve(kUsualLiveries);
+    bool sorted = true;  // as the file of a scan is; a hand-edited one may not be
+    for (pugi::xml_node node = liveries.first_child(); node; node = node.next_sibling()) {
+        if (node.type() != pugi::node_element) continue;
+        list.push_back(lf_readLivery(node));
+        sorted = sorted && (list.size() < 2 || !lf_sortsBefore(list.back(), list[list.size() - 2]));
     }
     if (list.empty()) throw UserErrorException(kNoLiveries, gf_pathToUtf8(path) + " does not contain liveries");
-    // The file of a scan is sorted already; only a hand-edited one isn't.
-    if (!std::is_sorted(list.begin(), list.end(), lf_sortsBefore)) {
-        std::stable_sort(list.begin(), list.end(), lf_sortsBefore);
-    }
+    if (!sorted) std::stable_sort(list.begin(), list.end(), lf_sortsBefore);
     gf_log(fmt::format("{} liveries read from {}", list.size(), gf_pathToUtf8(path)));
     return list;
 }

@@ -19,6 +19,13 @@ bool lf_hasGeneric(std::string_view type) {
     return genericTitles[0].contains(type) || genericTitles[1].contains(type);
 }
 
+bool lf_airlineHas(std::string_view airline, std::string_view type) {
+    return std::any_of(airlineTitles.begin(), airlineTitles.end(), [&](const auto& airlines) {
+        const auto types = airlines.find(airline);
+        return types != airlines.end() && types->second.contains(type);
+    });
+}
+
 /// The texts "type,stand-in,stand-in" in sorted order: a type that stands in several groups takes the first of them.
 std::set<std::string> lf_standInTexts() {
     std::set<std::string> texts;
@@ -72,14 +79,13 @@ std::vector<std::string> gf_similarTypes(std::string_view type) {
 }
 
 std::vector<std::string> gf_similarForAirline(std::string_view airline, std::string_view type) {
-    // Worked out when it is asked for, with a lookup per stand-in: a table of it for every airline would take longer to
-    // build than all the rest of the loading.
+    // Worked out when it is asked for, with a lookup or two per stand-in: a table of it for every airline would take
+    // longer to build than all the rest of the loading.
     const auto similar = similarTypes.find(type);
-    const auto own = liveryIndex.find(airline);
-    if (similar == similarTypes.end() || own == liveryIndex.end() || own->second.contains(type)) return {};
+    if (similar == similarTypes.end() || lf_airlineHas(airline, type)) return {};
     std::vector<std::string> list;
     for (const std::string& standIn : similar->second) {
-        if (own->second.contains(standIn)) list.push_back(standIn);
+        if (lf_airlineHas(airline, standIn)) list.push_back(standIn);
     }
     return gf_shuffled(list);
 }

@@ -11,6 +11,7 @@ namespace hcr {
 
 extern std::atomic<i32> gMaxParked;  ///< wanted number of parked aircraft, static and live together
 extern bool gRenewalRunning;
+inline i32 gRenewalMinutes = 20;  ///< minutes to the next renewal, counted down by the tick
 
 void gf_parkTick(bool first);
 void gf_beginRenewal();

@@ -1,0 +1,212 @@
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "core/model/run_state.h"
+#include "core/model/tables.h"
+#include "core/run/run.h"
+#include "core/run/worker.h"
+#include "feed/control_channel.h"
+#include "feed/qnh_reader.h"
+#include "feed/traffic_reader.h"
+#include "liveries/matching.h"
+#include "parking/park_airport.h"
+#include "parking/plan.h"
+#include "platform/clock.h"
+#include "shell/file_names.h"
+#include "shell/log.h"
+#include "shell/messages.h"
+#include "shell/parameter_file.h"
+#include "shell/text.h"
+#include "shell/window/controls.h"
+#include "shell/window_state.h"
+#include "sim/aircraft.h"
+#include "sim/dispatch.h"
+#include "sim/drain.h"
+#include "sim/flight_plan.h"
+#include "sim/session.h"
+#include "sim/user_aircraft.h"
+
+namespace hcr {
+namespace {
+
+constexpr i64 kReadersEndMs = 500;
+constexpr i64 kUserPollMs = 500;
+constexpr i64 kNewFlightWaitMs = 10'000;
+constexpr i64 kSecondMs = 1'000;
+
+void lf_closeTheGate() {
+    const std::lock_guard lock(gReportMutex);
+    gAcceptReports = false;
+}
+
+void lf_stopReaders() {
+    gTrafficReader.stop = true;
+    gQnhReader.stop = true;
+    gf_sleepMs(kReadersEndMs);
+}
+
+/// An error stays on the screen until the user has read it and closes the window.
+void lf_waitForUserAfterError() {
+    while (!gUserStop) gf_sleepMs(kUserPollMs);
+    gf_showMessage(fmt::format("User closed {}", kProgramName), true);
+}
+
+void lf_leaveParkAirport() {
+    if (!gf_hasParkAirport()) return;
+    gf_saveStaticParked();
+    lf_leaveAirport();
+}
+
+void lf_emptyParameter(EditField& field) {
+    field.current.set("");
+    gf_storeParameter(field);
+    gf_showInControl(field);
+}
+
+void lf_logFeedCounters() {
+    if (gFeedCounters.received == 0) return;
+    gf_log(fmt::format("Feed: {} lines received, {} reports taken", gFeedCounters.received.load(),
+                       gFeedCounters.accepted.load()));
+    for (int reason = 0; reason < static_cast<int>(LineDrop::count_); ++reason) {
+        const u64 count = gFeedCounters.dropped[reason];
+        if (count != 0) gf_log(fmt::format("  dropped, {}: {}", gf_lineDropName(static_cast<LineDrop>(reason)), count));
+    }
+    const u32 lost = gTrafficReader.droppedBySystem;
+    if (lost != 0) gf_log(fmt::format("  lost before they could be read: {}", lost));
+}
+
+void lf_clearMessageLines() {
+    const std::lock_guard lock(gWindow.mutex);
+    gWindow.fatalMessage.clear();
+    gf_clearMessage();
+}
+
+void lf_switchScansOff() {
+    for (CheckBox* box : {&SCAN_LIVERIES, &SCAN_AIRPORTS}) {
+        box->current = false;
+        gf_storeParameter(*box);
+        gf_showInControl(*box);
+    }
+}
+
+bool lf_restartsAfter(ExitReason reason) {
+    return reason == ExitReason::newSettings || reason == ExitReason::simConnectError ||
+           reason == ExitReason::readerError;
+}
+
+void lf_waitAfterNewFlight() {
+    gf_showMessage(fmt::format("New flight detected, {} will close, please restart manually ...", kProgramName), false);
+    gf_log(fmt::format("New flight detected, {} will close, please restart manually ...", kProgramName));
+    for (i64 waited = 0; waited < kNewFlightWaitMs && !gUserStop; waited += kUserPollMs) gf_sleepMs(kUserPollMs);
+}
+
+void lf_prepareRestart(ExitReason reason) {
+    gRestart = true;
+    lf_clearMessageLines();
+    gf_showMessage("Prepare for a restart ...", false);
+    if (reason != ExitReason::newSettings) lf_switchScansOff();
+    gf_showRestartCountdown();
+    if (gUserStop) {  // the user closed the window while the seconds ran
+        gRestart = false;
+        return;
+    }
+    gf_resetRun();
+}
+
+void lf_closingSteps() {
+    const ExitReason reason = gExitReason;
+    const char* text = gf_exitReasonText(reason);
+    gf_log(fmt::format("Exiting: {}", text));
+    lf_closeTheGate();
+    gf_joinSimClient();
+    lf_stopReaders();
+    gf_closeControlChannel();
+    if (reason == ExitReason::systemError) lf_waitForUserAfterError();
+    lf_leaveParkAirport();
+    rememberedLiveries.clear();
+    gf_removeFlightPlanFolder();
+    std::error_code ignored;
+    if (std::filesystem::exists(gFiles().origDest, ignored)) {
+        gf_log(fmt::format("{} is still there", gf_pathToUtf8(gFiles().origDest)));
+    }
+    lf_emptyParameter(DESTINATION);
+    lf_emptyParameter(BLOCK_CALLSIGN);
+    gGhosts.clear();
+    gf_logMatchSummary();
+    gf_logNoMatchList();
+    lf_logFeedCounters();
+    gRestart = false;
+    if (reason == ExitReason::newFlight) lf_waitAfterNewFlight();
+    if (lf_restartsAfter(reason)) lf_prepareRestart(reason);
+    gf_postToWindow(gRestart ? WindowMessage::startRun : WindowMessage::endProgram);
+    gf_logFlush();
+}
+
+}  // namespace
+
+void lf_closingDown() {
+    try {
+        lf_closingSteps();
+    } catch (const std::exception& e) {
+        gf_log(fmt::format("{} exception {}", "lf_closingDown", e.what()));
+        gf_showError(e.what());
+        gf_logFlush();
+    }
+}
+
+void gf_showRestartCountdown() {
+    const i32 seconds = gRestartSeconds;
+    if (seconds < 1) return;
+    gf_log(fmt::format("Restarting after {} seconds", seconds));
+    gf_log(std::string(48, '-'));
+    for (i32 left = seconds; left >= 1; --left) {
+        gf_showMessage(fmt::format("Restarting after {} second{}", left, gf_plural(static_cast<u64>(left))), false);
+        if (gUserStop) return;
+        gf_sleepMs(kSecondMs);
+    }
+    gf_log("Restart countdown finished");
+}
+
+void gf_resetRun() {
+    gf_resetFeed();
+    gf_resetSimSession();
+    gf_resetQueues();
+    gf_resetDispatch();
+    gf_resetUserAircraft();
+    gPendingObjects.clear();
+    gSelectedObject = 0;
+    gf_resetParking();
+    gParkAirports.clear();
+    gParkAirport = {};
+    gSelectedStand.clear();
+    {
+        const std::lock_guard lock(gReportMutex);
+        gAcceptReports = false;
+        gf_clearTables();
+    }
+    noMatchAircraft.clear();
+    failedTitles.clear();
+    failedModels.clear();
+    matchSteps.fill(0);
+    gf_resetWindowState();
+    gSecondPulse = false;
+    gFeedClock = false;
+    gSimTime = 0;
+    gQnh = 1013;
+    gRenewStatics = false;
+    for (std::atomic<bool>* flag : {&gFlushStaticCmd, &gReReadCmd, &gRefreshCsListCmd, &gShowSelectionCmd, &gBlockCmd,
+                                    &gClearNoMatchCmd}) {
+        *flag = false;
+    }
+    gSeconds = 0;
+    gFlightStopped = false;
+    gNotRunningCycles = 100;
+    gSlot = HalfHourSlot{};
+    gRestartSeconds = 0;
+    gExitReason = ExitReason::notYetSet;
+    gUserStop = false;
+    gStop = false;
+}
+
+}  // namespace hcr

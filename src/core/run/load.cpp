@@ -1,0 +1,110 @@
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "core/model/run_state.h"
+#include "core/run/run.h"
+#include "liveries/dbase.h"
+#include "liveries/results.h"
+#include "parking/catalogue.h"
+#include "platform/system.h"
+#include "scenery/install.h"
+#include "shell/data_update.h"
+#include "shell/file_names.h"
+#include "shell/log.h"
+#include "shell/messages.h"
+#include "shell/parameter_file.h"
+#include "shell/stream_cipher.h"
+#include "shell/window/controls.h"
+#include "shell/window_state.h"
+
+namespace hcr {
+namespace {
+
+void lf_applyParametersToControls() {
+    const ParameterLists& lists = gf_parameterLists();
+    for (CheckBox* box : lists.checkBoxes) gf_showInControl(*box);
+    for (NumberChoice* choice : lists.numberChoices) gf_showInControl(*choice);
+    gf_showInControl(AI_PACKAGE_SELECTOR);
+    gf_showInControl(BLOCK_CALLSIGN);
+    gf_showInControl(SIM_CHOICE);
+    gf_showInControl(DESTINATION);
+}
+
+StringParameter& lf_installParameter() {
+    return gf_sim2024Chosen() ? MSFS_2024_INSTALL_PATH : MSFS_INSTALL_PATH;
+}
+
+/// The user may have typed the Community folder itself; the program wants the folder that holds it.
+void lf_dropCommunityEnding() {
+    StringParameter& parameter = lf_installParameter();
+    std::string value = parameter.current.get();
+    for (const std::string_view ending : {"\\Community", "/Community"}) {
+        if (!value.ends_with(ending)) continue;
+        value.resize(value.size() - ending.size());
+        parameter.current.set(value);
+        gf_storeParameter(parameter);
+    }
+}
+
+void lf_makeFolders() {
+    const FileNames& files = gFiles();
+    for (const auto& folder :
+         {files.input, files.output, files.info, files.airports, files.mySimaddon, files.myThirdparty,
+          files.learnedStock, files.learnedSimaddon, files.learnedThirdparty, files.newVersion, files.tblo}) {
+        std::filesystem::create_directories(folder);
+    }
+    gf_removeIfPresent(files.input / "AIG-regcodes0.xml");
+    gf_removeIfPresent(files.input / "AIG-regcodes00.xml");
+}
+
+void lf_readReferenceData() {
+    static bool read = false;
+    if (read) return;
+    if (!gf_readDbase()) throw std::runtime_error("reading data files failed!");
+    read = true;
+}
+
+void lf_showInstallPath() {
+    std::string path = gf_simulatorPath();
+    if (path.empty()) path = gf_detectInstallPath();
+    ALL_INSTALL_PATH.current.set(path);
+    gf_showInControl(ALL_INSTALL_PATH);
+    if (path.empty()) {
+        throw UserErrorException(150,
+                                 "No install path detected. Type the full path to your Community folder above, then "
+                                 "press Enter");
+    }
+}
+
+void lf_lookForRealTraffic() {
+    std::error_code ignored;
+    gRtOnThisPc = std::filesystem::exists(gf_roamingFolder() / gFiles().insideSystems / "RealTraffic.jar", ignored);
+    gf_showMessage(fmt::format("RealTraffic {}detected at this PC", gRtOnThisPc ? "" : "not "), true);
+}
+
+}  // namespace
+
+void gf_loadAtStart() {
+    updateOptionsWrapped();
+    gf_repaint(Band::whole);
+    gf_logFlush();
+    lf_applyParametersToControls();
+    lf_dropCommunityEnding();
+    lf_makeFolders();
+    if (!gRestart && !gf_updateData()) return;
+    gSlot = currentSlot();
+    lf_readReferenceData();
+    if (!gf_readAirports()) throw std::runtime_error("reading airports failed!");
+    gf_prepareLiveryTables();
+    lf_showInstallPath();
+    if (gProduction) {
+        gExitCode = 0;
+        gf_requestStop(ExitReason::userClosed, 0);
+        return;
+    }
+    lf_lookForRealTraffic();
+}
+
+}  // namespace hcr

@@ -60,10 +60,8 @@ void lf_makeFolders() {
 }
 
 void lf_readReferenceData() {
-    static bool read = false;
-    if (read) return;
+    if (!aircraftTypes.empty()) return;  // kept from the first run of this process
     if (!gf_readDbase()) throw std::runtime_error("reading data files failed!");
-    read = true;
 }
 
 void lf_showInstallPath() {

@@ -1,0 +1,114 @@
+#include "shell/command_line.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "shell/parameters.h"
+#include "shell/text.h"
+
+namespace hcr {
+namespace {
+
+constexpr i64 kLongestSeconds = 30LL * 86400;
+
+/// "--headless" and "/Headless" are "HEADLESS"; a text that is no option gives nothing.
+std::optional<std::string> lf_optionName(std::string_view argument) {
+    if (argument.starts_with("--")) return gf_upper(argument.substr(2));
+    const bool slashOption = argument.starts_with("/") && argument.find('/', 1) == std::string_view::npos;
+    if (slashOption) return gf_upper(argument.substr(1));
+    return std::nullopt;
+}
+
+std::optional<i64> lf_number(std::string_view text, i64 lowest, i64 highest) {
+    i64 value = 0;
+    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (fault != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    if (value < lowest || value > highest) return std::nullopt;
+    return value;
+}
+
+struct Reader {
+    const std::vector<std::string>& arguments;
+    std::size_t at = 0;
+    CommandLine& result;
+
+    bool next(std::string_view option, std::string& value) {
+        if (at + 1 >= arguments.size()) {
+            result.error = fmt::format("{} needs a value", option);
+            return false;
+        }
+        value = arguments[++at];
+        return true;
+    }
+};
+
+void lf_readPath(Reader& reader, std::string_view option, std::filesystem::path& path) {
+    std::string value;
+    if (reader.next(option, value)) path = gf_pathFromUtf8(value);
+}
+
+template <typename Number>
+void lf_readNumber(Reader& reader, std::string_view option, i64 lowest, i64 highest, Number& target) {
+    std::string value;
+    if (!reader.next(option, value)) return;
+    if (const auto number = lf_number(value, lowest, highest)) {
+        target = static_cast<Number>(*number);
+    } else {
+        reader.result.error = fmt::format("{}: '{}' is no number from {} to {}", option, value, lowest, highest);
+    }
+}
+
+void lf_readOption(Reader& reader, const std::string& argument) {
+    CommandLine& result = reader.result;
+    const std::string name = lf_optionName(argument).value_or("");
+    if (name == "PRODUCTION") {
+        result.production = true;
+    } else if (name == "NO-PRODUCTION") {
+        result.production = false;
+    } else if (name == "HEADLESS") {
+        result.headless = true;
+    } else if (name == "HELP" || name == "?") {
+        result.help = true;
+    } else if (name == "SANDBOX") {
+        result.sandboxAsked = true;
+        lf_readPath(reader, argument, result.sandbox);
+    } else if (name == "TRACE") {
+        lf_readPath(reader, argument, result.trace);
+    } else if (name == "TABLE") {
+        lf_readNumber(reader, argument, 1, 3600, result.tableSeconds);
+    } else if (name == "SECONDS") {
+        lf_readNumber(reader, argument, 1, kLongestSeconds, result.seconds);
+    } else {
+        result.error = fmt::format("unknown argument '{}'", argument);
+    }
+}
+
+}  // namespace
+
+CommandLine gf_readCommandLine(const std::vector<std::string>& arguments) {
+    CommandLine result;
+    Reader reader{arguments, 0, result};
+    for (; reader.at < arguments.size() && result.error.empty(); ++reader.at) {
+        lf_readOption(reader, arguments[reader.at]);
+    }
+    return result;
+}
+
+std::string gf_commandLineHelp() {
+    return fmt::format(
+        "{} {}\n"
+        "usage: halcyrane [options], started in the program's folder\n"
+        "  --headless           no window: message line and counters on standard output\n"
+        "  --table SECONDS      with --headless: a table of the live aircraft every so many seconds\n"
+        "  --seconds N          close by itself after N seconds\n"
+        "  --sandbox SCENARIO   fly in the built-in simulator, with this scenario file\n"
+        "  --trace FILE         what the built-in simulator was told and what it shows, one JSON object per line\n"
+        "  --production         end behind the data load; --no-production takes it back\n"
+        "  --help               this text\n",
+        kProgramName, gf_programVersion().text());
+}
+
+}  // namespace hcr

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/types.h"
+
+namespace hcr {
+
+/// What the command line asks for.
+struct CommandLine {
+    bool production = false;          ///< --production, /production; --no-production ends it, the last one counts
+    bool headless = false;            ///< --headless: no window, message line and counters on standard output
+    bool help = false;
+    std::filesystem::path sandbox;    ///< --sandbox SCENARIO; empty = none named
+    bool sandboxAsked = false;
+    std::filesystem::path trace;      ///< --trace FILE: of the sandbox
+    i32 tableSeconds = 0;             ///< --table SECONDS: with --headless a table of the live aircraft this often
+    i64 seconds = 0;                  ///< --seconds N: close by itself after so long, 0 = never
+    std::string error;                ///< what could not be understood; empty when all was
+};
+
+/// Options are case-insensitive and begin with "--" or "/".
+CommandLine gf_readCommandLine(const std::vector<std::string>& arguments);
+/// The help text.
+std::string gf_commandLineHelp();
+
+}  // namespace hcr

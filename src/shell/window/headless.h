@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/types.h"
+
+namespace hcr {
+
+struct HeadlessOptions {
+    i32 tableSeconds = 0;  ///< 0 = no table
+    i64 seconds = 0;       ///< close by itself after so long, 0 = never
+};
+
+/// The face without a window: starts the runs, prints message line and counters, and at the end a summary. Returns the
+/// process exit code. Main thread.
+i32 gf_runHeadless(const HeadlessOptions& options);
+
+}  // namespace hcr

@@ -1,0 +1,169 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "liveries/matching.h"
+#include "shell/parameters.h"
+#include "shell/window_state.h"
+#include "tests/support/live_run.h"
+
+// The program with its real threads and sockets on a fast clock: RealTraffic's stand-in sends datagrams and talks over
+// TCP, and what must be seen is read from the simulator, the log and the messages to the window.
+
+namespace hcr::test {
+namespace {
+
+LiveRunOptions lf_withRealTraffic() {
+    LiveRunOptions options;
+    options.world.realTrafficHere = true;
+    return options;
+}
+
+/// Has `count` aircraft flying; the first thing that most of these tests need.
+::testing::AssertionResult lf_fly(LiveRun& live, FeedPeer& peer, int count) {
+    peer.connect();
+    peer.aircraft = count;
+    if (live.until([&] { return live.flying() == static_cast<std::size_t>(count); })) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << live.flying() << " of " << count << " fly; log:\n" << live.log();
+}
+
+TEST(Threads, ARunMeetsRealTrafficFliesItsAircraftAndSaysGoodbye) {
+    LiveRun live(lf_withRealTraffic());
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 3));
+    EXPECT_EQ(gWindow.rtVersionText.get(), "10.0.240");
+    EXPECT_EQ(peer.told().substr(0, 15), "Qs999=version\r\n");
+    ASSERT_TRUE(live.until([&] { return peer.told().find("Qs123=") != std::string::npos; }));
+    EXPECT_NE(peer.told().find("Qs121="), std::string::npos);
+    live.close();
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
+    EXPECT_TRUE(live.until([&] { return peer.told().ends_with("exit\r\n"); }));
+    EXPECT_NE(live.log().find("Exiting: USER CLOSED SIM"), std::string::npos);
+    EXPECT_EQ(live.log().find("==> "), live.log().find("==> Downloading version info"));
+}
+
+TEST(Threads, ClosingWhileRealTrafficIsAwaitedEndsTheRun) {
+    LiveRun live(lf_withRealTraffic());
+    ASSERT_TRUE(live.untilLogged("Waiting for RealTraffic to connect to Halcyrane ..."));
+    live.close();
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
+}
+
+TEST(Threads, WhenRealTrafficGoesTheTrafficLeavesAndComesBackWithIt) {
+    LiveRun live(lf_withRealTraffic());
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 2));
+    peer.disconnect();
+    ASSERT_TRUE(live.untilLogged("RealTraffic gone? Wait for RealTraffic to re-connect ..."));
+    peer.connect();
+    ASSERT_TRUE(live.untilLogged("RealTraffic re-connected"));
+    EXPECT_TRUE(live.until([&] { return gf_sandboxCounters().removals >= 2; }));
+    EXPECT_TRUE(live.until([&] { return live.flying() == 2; }));
+    EXPECT_EQ(countOf(peer.told(), "Qs999=version"), 1U);
+}
+
+TEST(Threads, AStoppedFlightHoldsReportsAndPositionsUntilItResumes) {
+    LiveRun live;
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 2));
+    gf_playSandboxFault({.kind = FaultKind::pause});
+    ASSERT_TRUE(live.untilLogged("Flight not running"));
+    live.until([] { return false; }, 2);
+    const u64 writes = gf_sandboxCounters().positionWrites;
+    live.until([] { return false; }, 5);
+    EXPECT_EQ(gf_sandboxCounters().positionWrites, writes);
+    gf_playSandboxFault({.kind = FaultKind::resume});
+    ASSERT_TRUE(live.untilLogged("Flight resumed"));
+    EXPECT_TRUE(live.until([&] { return gf_sandboxCounters().positionWrites > writes; }));
+}
+
+TEST(Threads, WhenTheSimulatorEndsTheProgramEnds) {
+    LiveRun live;
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 1));
+    gf_playSandboxFault({.kind = FaultKind::quit});
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
+    EXPECT_NE(live.log().find("Flight Simulator no longer connected, Halcyrane will stop ..."), std::string::npos);
+    EXPECT_NE(live.log().find("Exiting: SIM WAS CLOSED"), std::string::npos);
+}
+
+TEST(Threads, AFailedSimulatorCallCountsDownToANewRunThatFliesAgain) {
+    LiveRunOptions options;
+    options.beforeStart = [] { SCAN_AIRPORTS.current = true; };
+    LiveRun live(std::move(options));
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 1));
+    gf_playSandboxFault({.kind = FaultKind::failCall, .call = "SimConnect_RequestDataOnSimObjectType"});
+    ASSERT_EQ(live.awaitMessage(), WindowMessage::startRun);
+    const std::string log = live.log();
+    EXPECT_NE(log.find("SimConnect request ac within range fails\n"), std::string::npos);
+    EXPECT_NE(log.find("Exiting: SIMCONNECT ERROR"), std::string::npos);
+    EXPECT_NE(log.find("Restarting after 9 seconds\n" + std::string(48, '-') + "\nRestart countdown finished"),
+              std::string::npos);
+    EXPECT_FALSE(SCAN_AIRPORTS.current);
+    live.startRun();
+    EXPECT_TRUE(live.until([&] { return live.flying() == 1; })) << live.log();
+    EXPECT_NE(live.log().find("Processing scanned liveries skipped; already done in previous start-up"),
+              std::string::npos);
+}
+
+TEST(Threads, ATakenTrafficPortStopsTheRunWithACountdown) {
+    LiveRunOptions options;
+    LiveRun live(std::move(options));
+    i32 error = 0;
+    Socket thief = gf_openUdp(error);
+    ASSERT_EQ(gf_bindSocket(thief, live.trafficPort, false), 0);
+    EXPECT_TRUE(live.untilLogged("The Traffic Reader has stopped with error: bind to stream socket failed, error: 10048"));
+    gf_closeSocket(thief);
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::startRun);
+    EXPECT_NE(live.log().find("Exiting: READER ERROR"), std::string::npos);
+}
+
+TEST(Threads, ALoadedFlightEndsTheProgramAfterItsMessage) {
+    LiveRun live;
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 1));
+    gf_playSandboxFault({.kind = FaultKind::flightLoaded});
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
+    EXPECT_NE(live.log().find("New flight detected, Halcyrane will close, please restart manually ..."),
+              std::string::npos);
+}
+
+TEST(Threads, ARefusedTitleIsNotGivenAgain) {
+    LiveRun live;
+    FeedPeer peer(live.trafficPort);
+    ASSERT_TRUE(lf_fly(live, peer, 1));
+    const std::string title = gf_sandboxObjects().front().title;
+    gf_playSandboxFault({.kind = FaultKind::refuseTitle, .text = title});
+    peer.aircraft = 3;
+    ASSERT_TRUE(live.untilLogged("could not be created by your Sim!"));
+    live.until([&] { return live.flying() == 3; }, 60);
+    const std::vector<SandboxObject> objects = gf_sandboxObjects();
+    EXPECT_EQ(std::count_if(objects.begin(), objects.end(), [&](const auto& o) { return o.title == title; }), 1);
+}
+
+TEST(Threads, TheLimitOfLiveAircraftHolds) {
+    LiveRunOptions options;
+    options.beforeStart = [] { MAX_LIVE_SEL.current = 10; };
+    LiveRun live(std::move(options));
+    FeedPeer peer(live.trafficPort);
+    peer.aircraft = 14;
+    ASSERT_TRUE(live.until([&] { return live.flying() >= 10; })) << live.log();
+    for (int second = 0; second < 20; ++second) {
+        live.until([] { return false; }, 1);
+        EXPECT_LE(live.flying(), 11U);  // one may be on its way out for a nearer one
+    }
+}
+
+TEST(Threads, WithoutTheListOfLiveriesTheRunEndsWithItsError) {
+    LiveRunOptions options;
+    options.beforeStart = [] { std::filesystem::remove("output/LiveriesScanned.xml"); };
+    LiveRun live(std::move(options));
+    ASSERT_TRUE(live.until([] { return !gf_currentMessage().empty() && gExitReason == ExitReason::systemError; }));
+    EXPECT_EQ(gf_currentMessage().substr(0, 9), "51: File ");
+    live.close();
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
+}
+
+}  // namespace
+}  // namespace hcr::test

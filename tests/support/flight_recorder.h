@@ -1,0 +1,38 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "sim/port/sandbox/sandbox.h"
+
+namespace hcr::test {
+
+/// What the simulator was told of one tail number.
+struct FlownAircraft {
+    int appearances = 0;          ///< objects of this name
+    u32 lastObject = 0;
+    f64 firstWrite = 0, lastWrite = 0;   ///< seconds of the sandbox
+    f64 lat = 0, lon = 0, alt = 0, heading = 0;
+    f64 worstJumpM = 0;           ///< largest move between two writes beyond what its speed explains
+    f64 worstJumpAt = 0;
+    f64 worstTurnDegPerS = 0;     ///< largest change of heading between two writes
+    f64 worstClimbFtPerS = 0;
+    std::vector<SandboxObject> path;     ///< one state a second
+    std::vector<f64> pathTimes;
+};
+
+/// Watches every position write of the sandbox, under its lock.
+struct FlightRecorder {
+    FlightRecorder();
+    ~FlightRecorder();
+    FlightRecorder(const FlightRecorder&) = delete;
+    FlightRecorder& operator=(const FlightRecorder&) = delete;
+
+    std::map<std::string, FlownAircraft> aircraft;
+};
+
+/// Metres between two positions.
+f64 metresBetween(f64 latA, f64 lonA, f64 latB, f64 lonB);
+
+}  // namespace hcr::test

@@ -1,0 +1,52 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "core/model/tables.h"
+#include "platform/system.h"
+#include "tests/support/world.h"
+
+// Hours of dense traffic in simulated time. The full day runs in the optimised build (HALCYRANE_SOAK_HOURS=24); with the
+// sanitizers a shorter one looks for what only time brings.
+
+namespace hcr::test {
+namespace {
+
+constexpr f64 kHourSeconds = 3600;
+constexpr u64 kMegabyte = 1024 * 1024;
+
+i32 lf_hours() {
+    const char* text = std::getenv("HALCYRANE_SOAK_HOURS");
+    return text == nullptr ? 1 : std::atoi(text);
+}
+
+TEST(Soak, AtThreeHundredAircraftNothingGoesWrongAndMemoryStaysFlat) {
+    WorldOptions options;
+    options.scenario = gf_defaultScenario();
+    options.scenario.frameRate = 5;
+    World world(options);
+    GenerateOptions traffic;
+    traffic.minutes = 60;
+    traffic.aircraft = 700;
+    traffic.parked = traffic.vehicles = traffic.helicopters = 0;
+    std::size_t most = 0;
+    u64 afterFirstHour = 0;
+    const i32 hours = lf_hours();
+    for (i32 hour = 0; hour < hours; ++hour) {
+        traffic.seed = static_cast<u32>(hour % 2 + 1);
+        world.feed(generateFeed(traffic));
+        for (int minute = 0; minute < 60; ++minute) {
+            ASSERT_TRUE(world.run(kHourSeconds / 60)) << world.log();
+            most = std::max(most, gLiveAcs.size());
+        }
+        ASSERT_EQ(validateLiveTable(), "");
+        if (hour == 1) afterFirstHour = gf_residentBytes();
+    }
+    EXPECT_GE(most, 280U);
+    const std::string log = world.log();
+    EXPECT_EQ(countOf(log, "\n==> "), countOf(log, "\n==> Downloading version info from my web site failed!"));
+    if (hours > 2) EXPECT_LT(gf_residentBytes(), afterFirstHour + kMegabyte);
+}
+
+}  // namespace
+}  // namespace hcr::test

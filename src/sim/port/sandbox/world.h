@@ -90,7 +90,7 @@ struct SandboxWorld {
     std::vector<SandboxAircraft> aircraft;  ///< AI objects by rising id
     std::vector<u32> ids;                   ///< of `aircraft`, side by side for the search
     std::size_t lastFound = 0;
-    u32 nextId = 2;
+    u32 nextId = 7;  ///< the simulator has objects of its own below: ids below 3 are never an aircraft's
 
     std::vector<u32> inRange;  ///< reused by the requests by type
 

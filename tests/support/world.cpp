@@ -121,7 +121,7 @@ void makeWorkFolder(const WorldOptions& options) {
 void resetProgram() {
     gf_resetRun();
     gf_clearLiveryTables();
-    rememberedLiveries.clear();
+    gf_forgetLiveries();
     gf_resetParameters();
     gRestart = false;
     gExitCode = 0;

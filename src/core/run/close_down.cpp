@@ -124,7 +124,7 @@ void lf_closingSteps() {
     gf_closeControlChannel();
     if (reason == ExitReason::systemError) lf_waitForUserAfterError();
     lf_leaveParkAirport();
-    rememberedLiveries.clear();
+    gf_forgetLiveries();
     gf_removeFlightPlanFolder();
     std::error_code ignored;
     if (std::filesystem::exists(gFiles().origDest, ignored)) {

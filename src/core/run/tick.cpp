@@ -284,7 +284,7 @@ void gf_every15Seconds() {
     if (gSeconds % kSecondsPerDay == 0) {
         gSeconds = 0;
         gf_logMatchSummary();
-        rememberedLiveries.clear();
+        gf_forgetLiveries();
     }
     gf_logFlush();
 }

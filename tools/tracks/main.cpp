@@ -1,0 +1,85 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "platform/system.h"
+#include "shell/text.h"
+#include "shell/text_files.h"
+#include "tools/feed/recording.h"
+#include "tools/tracks/tracks.h"
+
+namespace {
+
+using namespace hcr;
+
+constexpr const char* kUsage =
+    "usage: halcyrane-tracks [--seconds N] TRACE RECORDING SVG\n"
+    "         draws the tracks that the built-in simulator flew (its trace) over the reported ones (a recording,\n"
+    "         its first N seconds), and tells how far they lie apart\n"
+    "       halcyrane-tracks --scenario SCENARIO RECORDING\n"
+    "         prints the scenario with the user put into the middle of the recording's traffic\n";
+
+int lf_draw(const std::string& trace, const std::string& recording, const std::string& svg, f64 seconds) {
+    const Tracks flown = readFlownTracks(gf_pathFromUtf8(trace));
+    const Tracks reported = readReportedTracks(gf_pathFromUtf8(recording), seconds);
+    if (!gf_writeTextFile(drawTracks(flown, reported), gf_pathFromUtf8(svg), false)) {
+        throw std::runtime_error(fmt::format("{} can't be written", svg));
+    }
+    const Deviation off = measureDeviation(flown, reported);
+    fmt::print("   {} aircraft flown, {} positions compared with the reports: median {:.1f} m off the reported line, "
+               "99 % within {:.1f} m, worst {:.1f} m ({})\n",
+               flown.size(), off.points, off.median, off.p99, off.worst, off.worstName);
+    return 0;
+}
+
+f64 lf_median(std::vector<f64>& values) {
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+int lf_placeUser(const std::string& scenario, const std::string& recording) {
+    std::ifstream file(gf_pathFromUtf8(scenario));
+    nlohmann::json json = nlohmann::json::parse(file);
+    std::vector<f64> lats, lons;
+    for (const auto& [name, track] : readReportedTracks(gf_pathFromUtf8(recording), 0)) {
+        for (const TrackPoint& p : track) {
+            lats.push_back(p.lat);
+            lons.push_back(p.lon);
+        }
+    }
+    if (lats.empty()) throw std::runtime_error(fmt::format("{} holds no positions", recording));
+    json["user"] = nlohmann::json::array({{{"at", 0},
+                                           {"lat", lf_median(lats)},
+                                           {"lon", lf_median(lons)},
+                                           {"alt", json.value("elevation", 0.0)},
+                                           {"heading", 0},
+                                           {"groundSpeed", 0},
+                                           {"onGround", true}}});
+    fmt::print("{}\n", json.dump(2));
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    gf_prepareConsole();
+    std::vector<std::string> arguments = gf_arguments(argc, argv);
+    try {
+        f64 seconds = 0;
+        if (arguments.size() == 3 && arguments[0] == "--scenario") return lf_placeUser(arguments[1], arguments[2]);
+        if (arguments.size() == 5 && arguments[0] == "--seconds") {
+            seconds = std::stod(arguments[1]);
+            arguments.erase(arguments.begin(), arguments.begin() + 2);
+        }
+        if (arguments.size() == 3) return lf_draw(arguments[0], arguments[1], arguments[2], seconds);
+        std::fputs(kUsage, stderr);
+        return 2;
+    } catch (const std::exception& e) {
+        fmt::print(stderr, "halcyrane-tracks: {}\n", e.what());
+        return 1;
+    }
+}

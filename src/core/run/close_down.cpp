@@ -180,11 +180,8 @@ void gf_resetRun() {
     gParkAirports.clear();
     gParkAirport = {};
     gSelectedStand.clear();
-    {
-        const std::lock_guard lock(gReportMutex);
-        gAcceptReports = false;
-        gf_clearTables();
-    }
+    lf_closeTheGate();
+    gf_clearTables();
     noMatchAircraft.clear();
     failedTitles.clear();
     failedModels.clear();

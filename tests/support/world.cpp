@@ -4,7 +4,6 @@
 #include <stdlib.h>
 
 #include <fstream>
-#include <random>
 #include <stdexcept>
 
 #include "core/model/geo.h"
@@ -63,29 +62,6 @@ void lf_startFlight() {
 
 }  // namespace
 
-TempFolder::TempFolder() : before(std::filesystem::current_path()) {
-    std::random_device device;
-    path = std::filesystem::temp_directory_path() / fmt::format("halcyrane-test-{:08x}{:08x}", device(), device());
-    std::filesystem::create_directories(path);
-    std::filesystem::current_path(path);
-}
-
-TempFolder::~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::current_path(before, ignored);
-    std::filesystem::remove_all(path, ignored);
-}
-
-std::string readFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeFile(const std::filesystem::path& path, const std::string& text) {
-    if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
-
 std::size_t countOf(const std::string& text, const std::string& piece) {
     std::size_t count = 0;
     for (std::size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + piece.size())) ++count;
@@ -105,7 +81,10 @@ void makeWorkFolder(const WorldOptions& options) {
     lf_encipher("airports.xml", gFiles().airportsEnc);
     lf_encipher("AIG-regcodes.xml", gFiles().aigEnc);
     fs::copy_file(lf_demoData() / "LiveriesScanned.xml", gFiles().liveriesScanned);
-    if (options.realTrafficHere) writeFile(gf_roamingFolder() / "InsideSystems" / "RealTraffic.jar", "");
+    if (options.realTrafficHere) {
+        fs::create_directories(gf_roamingFolder() / "InsideSystems");
+        writeFile(gf_roamingFolder() / "InsideSystems" / "RealTraffic.jar", "");
+    }
     gf_makeConfigurationFolder();
     gf_resetParameters();
     PROGRAM_VERSION.current.set(gf_programVersion().text());

@@ -6,23 +6,11 @@
 
 #include "core/model/aircraft.h"
 #include "sim/port/sandbox/sandbox.h"
+#include "tests/support/temp_folder.h"
 #include "tools/feed/generator.h"
 
 namespace hcr::test {
 
-/// A fresh folder that is the working folder for the life of the object; it and everything in it goes at the end.
-struct TempFolder {
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    std::filesystem::path path, before;
-};
-
-/// Text of a file, empty when there is none.
-std::string readFile(const std::filesystem::path& path);
-void writeFile(const std::filesystem::path& path, const std::string& text);
 /// How often `piece` stands in `text`.
 std::size_t countOf(const std::string& text, const std::string& piece);
 

@@ -63,7 +63,7 @@ Tracks readFlownTracks(const std::filesystem::path& trace) {
 
 Tracks readReportedTracks(const std::filesystem::path& recording, f64 seconds) {
     Tracks tracks;
-    const std::vector<TimedLine> lines = readRecording(recording);
+    const std::vector<TimedLine> lines = parseRecording(readRecordingFile(recording));
     for (const TimedLine& line : lines) {
         const f64 at = line.time - lines.front().time;
         if (seconds > 0 && at > seconds) break;

@@ -177,7 +177,10 @@ void gf_resetRun() {
     gPendingObjects.clear();
     gSelectedObject = 0;
     gf_resetParking();
-    gParkAirports.clear();
+    {
+        const std::lock_guard lock(gParkAirportsMutex);
+        gParkAirports.clear();
+    }
     gParkAirport = {};
     gSelectedStand.clear();
     lf_closeTheGate();

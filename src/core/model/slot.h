@@ -1,5 +1,7 @@
 #pragma once
 
+#include <compare>
+
 #include "platform/types.h"
 
 namespace hcr {

@@ -13,7 +13,7 @@ constexpr f64 kMetresPerSecondPerKnot = kMetresPerNm / 3600.0;
 void lf_compareWithLast(FlownAircraft& ac, const SandboxObject& now, f64 seconds) {
     const f64 passed = seconds - ac.lastWrite;
     const f64 moved = metresBetween(ac.lat, ac.lon, now.lat, now.lon);
-    const f64 jump = moved - now.tas * kMetresPerSecondPerKnot * passed;
+    const f64 jump = moved - std::max(now.tas, ac.speedKt) * kMetresPerSecondPerKnot * passed;
     if (jump > ac.worstJumpM) {
         ac.worstJumpM = jump;
         ac.worstJumpAt = seconds;

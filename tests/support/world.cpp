@@ -25,6 +25,7 @@
 #include "shell/parameter_file.h"
 #include "shell/stream_cipher.h"
 #include "shell/window_state.h"
+#include "sim/flight_plan.h"
 #include "sim/session.h"
 
 namespace hcr::test {
@@ -120,6 +121,7 @@ World::World(WorldOptions worldOptions) : options(std::move(worldOptions)) {
     gf_loadAtStart();
     gf_loadScanResults();
     gf_setRange(options.rangeNm);
+    gf_createFlightPlanFolder();
     gf_resetSimSession();
     lf_startFlight();
     gf_handPositionToDecoder();

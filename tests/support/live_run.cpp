@@ -18,7 +18,8 @@ namespace {
 
 constexpr i64 kPollMs = 50;          // of the clock
 constexpr f64 kReportSeconds = 2;    // as often as a feed tells of an aircraft
-constexpr f64 kSpeedKt = 300;
+constexpr f64 kSpeedKt = 150;       // slow, so that nobody leaves the range while a busy machine falls behind
+constexpr f64 kLongestWaitS = 100;  // of the wall; only a failure takes so long
 
 u16 lf_freeUdpPort() {
     i32 error = 0;
@@ -100,7 +101,7 @@ std::string FeedPeer::lineOf(int index, f64 now) const {
     line.alt = 12000 + 1000 * index;
     line.track = 90;
     line.lat = 52.0 + 0.05 * index;
-    line.lon = 4.2 + seconds * kSpeedKt / 3600.0 / 60.0 / std::cos(line.lat * kDegToRad);
+    line.lon = 4.0 + seconds * kSpeedKt / 3600.0 / 60.0 / std::cos(line.lat * kDegToRad);
     line.timestamp = now;
     return line.text();
 }
@@ -153,8 +154,8 @@ void LiveRun::startRun() {
     run = std::thread(gf_runThread);
 }
 
-bool LiveRun::until(const std::function<bool()>& condition, f64 seconds) {
-    const f64 end = gf_utcSeconds() + seconds;
+bool LiveRun::until(const std::function<bool()>& condition) {
+    const f64 end = gf_utcSeconds() + kLongestWaitS * options.clockFactor;
     while (!condition()) {
         if (gf_utcSeconds() > end) return condition();
         gf_sleepMs(kPollMs);
@@ -162,13 +163,17 @@ bool LiveRun::until(const std::function<bool()>& condition, f64 seconds) {
     return true;
 }
 
-bool LiveRun::untilLogged(const std::string& text, f64 seconds) {
-    return until([&] { return log().find(text) != std::string::npos; }, seconds);
+bool LiveRun::untilLogged(const std::string& text) {
+    return until([&] { return log().find(text) != std::string::npos; });
 }
 
-WindowMessage LiveRun::awaitMessage(f64 seconds) {
+void LiveRun::pass(f64 seconds) {
+    gf_sleepMs(static_cast<i64>(seconds * 1000));
+}
+
+WindowMessage LiveRun::awaitMessage() {
     WindowMessage message = WindowMessage::none;
-    until([&] { return (message = gf_takeWindowMessage(0)) != WindowMessage::none; }, seconds);
+    until([&] { return (message = gf_takeWindowMessage(0)) != WindowMessage::none; });
     return message;
 }
 

@@ -44,7 +44,7 @@ private:
 
 struct LiveRunOptions {
     WorldOptions world;
-    f64 clockFactor = 20;
+    f64 clockFactor = 12;
     std::function<void()> beforeStart;   ///< for parameters; they are written to the file afterwards
 };
 
@@ -55,11 +55,13 @@ struct LiveRun {
     LiveRun(const LiveRun&) = delete;
     LiveRun& operator=(const LiveRun&) = delete;
 
-    /// Waits until `condition` holds, at most so many seconds of the clock; whether it does.
-    bool until(const std::function<bool()>& condition, f64 seconds = 120);
-    bool untilLogged(const std::string& text, f64 seconds = 120);
+    /// Waits until `condition` holds, so long that a busy machine gets there too; whether it does.
+    bool until(const std::function<bool()>& condition);
+    bool untilLogged(const std::string& text);
+    /// Lets so many seconds of the clock pass.
+    void pass(f64 seconds);
     /// Waits for the run thread's next message to the window thread; `none` when it doesn't come.
-    WindowMessage awaitMessage(f64 seconds = 60);
+    WindowMessage awaitMessage();
     /// Starts a run, as the window does for its message.
     void startRun();
     void close() { gf_requestStop(ExitReason::userClosed, 0); }

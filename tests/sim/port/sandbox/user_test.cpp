@@ -171,9 +171,9 @@ TEST_F(SandboxFiles, TheTraceTellsCallsEventsAndStatesInOrder) {
         has("\"call\":\"SimConnect_AICreateNonATCAircraft\",\"title\":\"A320 \\\"KLM\\\"\xef\xbf\xbd\","
             "\"tail\":\"KLM1023\",\"lat\":52.31,\"lon\":4.76,\"alt\":3500,\"pitch\":-3,\"bank\":0,"
             "\"heading\":90,\"on_ground\":0,\"airspeed\":180,\"packet\":"));
-    EXPECT_TRUE(has(R"({"t":1.500,"event":"ObjectAdded","object":2,"tail":"KLM1023"})"));
+    EXPECT_TRUE(has(R"({"t":1.500,"event":"ObjectAdded","object":7,"tail":"KLM1023"})"));
     EXPECT_TRUE(has(R"("event":"Exception","exception":22)"));
-    EXPECT_TRUE(has(R"({"t":2.000,"object":2,"tail":"KLM1023")"));
+    EXPECT_TRUE(has(R"({"t":2.000,"object":7,"tail":"KLM1023")"));
     EXPECT_TRUE(has(R"("lat":52.3,"lon":4.75,"alt":3100,"agl":3111)"));
     EXPECT_TRUE(has(R"("frozen":1,"writes":7,"lights":{"nav":1,"beacon":0)"));
     EXPECT_FALSE(has("SimConnect_SetDataOnSimObject")) << "position writes are only counted";

@@ -22,13 +22,21 @@ void gf_startServer(const std::string& port);
 u16 gf_serverPort();
 /// Blocks until a client was accepted (true) or a stop was asked for or the accept failed (false).
 bool waitForClient();
+/// True when the whole text was sent. On a failure, or when the peer takes nothing for a second, the connection is
+/// closed.
 bool sendDataPacket(std::string_view text);
+/// One receive; empty on failure, at the end of the connection, on a stop of the run, and after 30 seconds of silence.
 std::string gf_receiveFromRt();
+/// The connection step of a run; nothing when RealTraffic isn't on this computer.
 void lf_waitForRealTraffic();
+/// Takes the answer to the version question, which may be any text.
 void lf_processRTVersion(const std::string& reply);
+/// Sends the user's position. Without a connection it waits for one instead; when the send fails all live aircraft
+/// leave.
 void gf_sendQs121();
+/// Sends the simulator's clock, Unix seconds, if connected and the value is at least 1.
 void gf_sendQs123(i64 unixSeconds);
-/// Sends "exit\r\n" when connected and closes both sockets.
+/// Sends "exit\r\n" when connected, closes both sockets and waits for RealTraffic again from the next run on.
 void gf_closeControlChannel();
 
 }  // namespace hcr

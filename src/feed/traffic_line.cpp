@@ -88,11 +88,11 @@ bool lf_within(f64 value, const Limits& limits) {
 }
 
 // A number without an exponent and with few enough digits that dividing its digits by a power of ten rounds as it
-// should; nothing for any other text. Nearly all numbers of the feed are such, and from_chars takes five times as long.
+// should; nothing for any other text. Nearly all numbers of the feed are such, and from_chars takes longer.
 std::optional<f64> lf_plainNumber(const char* at, const char* end) {
     constexpr std::ptrdiff_t kExactDigits = 15;
-    constexpr std::array<f64, kExactDigits + 1> kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    static constexpr std::array<f64, kExactDigits + 1> kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     u64 digits = 0;
     const auto takeDigits = [&] {
         const char* const begin = at;

@@ -267,7 +267,6 @@ void gf_sendQs123(i64 unixSeconds) {
 void gf_closeControlChannel() {
     if (gConnected) sendDataPacket("exit\r\n");
     lf_closeServer();
-    gWaitingForRt = true;
 }
 
 }  // namespace hcr

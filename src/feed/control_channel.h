@@ -36,7 +36,7 @@ void lf_processRTVersion(const std::string& reply);
 void gf_sendQs121();
 /// Sends the simulator's clock, Unix seconds, if connected and the value is at least 1.
 void gf_sendQs123(i64 unixSeconds);
-/// Sends "exit\r\n" when connected, closes both sockets and waits for RealTraffic again from the next run on.
+/// Sends "exit\r\n" when connected and closes both sockets.
 void gf_closeControlChannel();
 
 }  // namespace hcr

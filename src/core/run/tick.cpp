@@ -177,8 +177,7 @@ void lf_driveRenewal() {
     if (!gRenewPhase) {
         gRenewPhase = true;
         gf_beginRenewal();
-        gTrafficReader.realCallsigns.clear();
-        gTrafficReader.collectCallsigns = true;
+        gf_collectCallsigns(true);
         return;
     }
     gRenewPhase = false;

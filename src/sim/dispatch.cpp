@@ -17,6 +17,7 @@
 #include "sim/drain.h"
 #include "sim/object_data.h"
 #include "sim/session.h"
+#include "sim/traffic_counters.h"
 
 namespace hcr {
 namespace {
@@ -83,6 +84,7 @@ void lf_onCreateRefused(u32 packetId) {
     if (refused == gPendingCreates.end()) return;
     const PendingCreate create = gf_takePendingCreate(refused);
     if (create.hexid == 0) return;
+    ++gSimTraffic.refused;
     SimMessage news;
     news.id = create.hexid;
     news.kind = SimKind::createRefused;

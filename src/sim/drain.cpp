@@ -13,6 +13,7 @@
 #include "sim/aircraft.h"
 #include "sim/definitions.h"
 #include "sim/session.h"
+#include "sim/traffic_counters.h"
 
 namespace hcr {
 
@@ -44,17 +45,21 @@ void lf_emptyQueues() {
 
 void lf_sendPositions() {
     const u32 user = gUserObjectId;
+    u64 written = 0;
     for (PositionCommand& command : gPosQueueFront) {
         if (command.objectId <= user) continue;
         gSimPort.SimConnect_SetDataOnSimObject(gSimHandle, kDefPosition, command.objectId, 0, 0, sizeof(PositionBlock),
                                                &command.block);
+        ++written;
     }
+    gSimTraffic.positionWrites += written;
     gPosQueueFront.clear();
 }
 
 /// The simulator's AI takes an object back when its flaps are set; it is released on both sides of the event.
 void lf_sendEvent(const EventCommand& command) {
     const bool flaps = command.eventId == FLAPS_SET;
+    ++gSimTraffic.events;
     if (flaps) gSimPort.SimConnect_AIReleaseControl(gSimHandle, command.objectId, kReqRelease);
     if (gSimPort.SimConnect_TransmitClientEvent(gSimHandle, command.objectId, command.eventId, command.data,
                                                 kEventGroup, 0) < 0) {
@@ -82,6 +87,7 @@ void lf_sendCreate(AiCreateRequest& request) {
         gf_raiseRequestError();
         return;
     }
+    ++gSimTraffic.created;
     u32 packetId = 0;
     if (gSimPort.SimConnect_GetLastSentPacketID(gSimHandle, &packetId) < 0) {
         gf_logError("GetLastSentPacketID");
@@ -99,7 +105,9 @@ void lf_sendRemoval(u32 objectId) {
         gf_logError(
             fmt::format("{} !SimConnect call to remove AI ac from sim failed, id {}?", gf_timeOfDay(), objectId));
         gf_raiseRequestError();
+        return;
     }
+    ++gSimTraffic.removed;
 }
 
 }  // namespace

@@ -55,18 +55,18 @@ std::string lf_points(const View& view, const Track& track) {
 }
 
 void lf_drawReported(std::string& svg, const View& view, const Track& track) {
-    svg += fmt::format("<polyline points=\"{}\" fill=\"none\" stroke=\"#c3c9d4\" stroke-width=\"5\" "
+    svg += fmt::format("<polyline points=\"{}\" fill=\"none\" stroke=\"#d5dae3\" stroke-width=\"6\" "
                        "stroke-linejoin=\"round\"/>\n",
                        lf_points(view, track));
     for (const TrackPoint& p : track) {
-        svg += fmt::format("<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"2.2\" fill=\"#8d97a8\"/>\n", view.x(p.lon),
+        svg += fmt::format("<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"2.2\" fill=\"#a3acbb\"/>\n", view.x(p.lon),
                            view.y(p.lat));
     }
 }
 
 void lf_drawFlown(std::string& svg, const View& view, const std::string& name, const Track& track) {
     const std::size_t hue = std::hash<std::string>{}(name) % 360;
-    svg += fmt::format("<polyline points=\"{}\" fill=\"none\" stroke=\"hsl({},75%,42%)\" stroke-width=\"1.4\"/>\n",
+    svg += fmt::format("<polyline points=\"{}\" fill=\"none\" stroke=\"hsl({},75%,42%)\" stroke-width=\"2\"/>\n",
                        lf_points(view, track), hue);
     const TrackPoint& last = track.back();
     svg += fmt::format("<text x=\"{:.1f}\" y=\"{:.1f}\" font-size=\"11\" fill=\"hsl({},75%,32%)\">{} {:.0f} ft</text>\n",

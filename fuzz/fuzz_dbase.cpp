@@ -24,9 +24,10 @@ void lf_check(bool good) {
     if (!good) std::abort();
 }
 
-void lf_compareWithParser(const std::string& text, const std::string& fault) {
+void lf_compareWithParser(std::string text, const std::string& fault) {
+    const std::string title = text.substr(0, 100);
     pugi::xml_document document;
-    if (!document.load_buffer(text.data(), text.size())) return;
+    if (!document.load_buffer_inplace(text.data(), text.size())) return;
     lf_check(fault.empty());
     std::set<std::string> registrations;
     for (const pugi::xml_node node : hcr::gf_rootOf(document).child("dbase").children("db")) {
@@ -37,7 +38,7 @@ void lf_compareWithParser(const std::string& text, const std::string& fault) {
         lf_check(hcr::dbaseRecords.find(registration) != nullptr);
         hcr::gf_dbaseRecord(registration);
     }
-    hcr::gf_regcodeInTitle(text.substr(0, 100));
+    hcr::gf_regcodeInTitle(title);
 }
 
 }  // namespace

@@ -43,9 +43,11 @@ constexpr i32 kTimedOut = 10060;
 constexpr i64 kMillisecondsPerSecond = 1000;
 
 bool gSocketsStarted = false;
+std::atomic<u16> gBoundServerPort{0};
 
 void lf_closeServer() {
     gf_closeSocket(gClientSocket);
+    gBoundServerPort = 0;
     gf_closeSocket(gListenSocket);
     gConnected = false;
     if (gSocketsStarted) gf_endSockets();
@@ -149,10 +151,11 @@ void gf_startServer(const std::string& port) {
     }
     error = gf_listen(gListenSocket);
     if (error != 0) lf_serverFailed("listen failed with error " + gf_winsockMessage(error));
+    gBoundServerPort = gf_boundPort(gListenSocket);
 }
 
 u16 gf_serverPort() {
-    return gListenSocket.valid() ? gf_boundPort(gListenSocket) : u16{0};
+    return gBoundServerPort;
 }
 
 bool waitForClient() {

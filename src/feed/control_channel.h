@@ -18,7 +18,7 @@ extern std::atomic<bool> gWaitingForRt;  ///< the waiting step is on; true at ea
 
 /// Listens on the port given as text; throws std::runtime_error with the step that failed.
 void gf_startServer(const std::string& port);
-/// Port on which the server really listens; 0 without one.
+/// Port on which the server really listens; 0 without one. Any thread.
 u16 gf_serverPort();
 /// Blocks until a client was accepted (true) or a stop was asked for or the accept failed (false).
 bool waitForClient();

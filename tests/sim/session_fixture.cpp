@@ -183,8 +183,9 @@ Bytes objectData(SimRecvId id, u32 request, u32 object, const Bytes& data) {
     head.dwRequestID = request;
     head.dwObjectID = object;
     head.dwentrynumber = head.dwoutof = 1;
-    Bytes bytes = bytesOf(head);
-    bytes.insert(bytes.end(), data.begin(), data.end());
+    const Bytes start = bytesOf(head);
+    Bytes bytes(start.size() + data.size());
+    std::copy(data.begin(), data.end(), std::copy(start.begin(), start.end(), bytes.begin()));
     return bytes;
 }
 

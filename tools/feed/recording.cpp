@@ -96,9 +96,8 @@ std::string lf_deflate(std::string_view text) {
     stream.next_out = reinterpret_cast<Bytef*>(out.data());
     stream.avail_out = static_cast<uInt>(out.size());
     deflate(&stream, Z_FINISH);
-    out.resize(out.size() - stream.avail_out);
     deflateEnd(&stream);
-    return out;
+    return out.substr(0, out.size() - stream.avail_out);
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ void lf_dropCommunityEnding() {
     std::string value = parameter.current.get();
     for (const std::string_view ending : {"\\Community", "/Community"}) {
         if (!value.ends_with(ending)) continue;
-        value.resize(value.size() - ending.size());
+        value.erase(value.size() - ending.size());
         parameter.current.set(value);
         gf_storeParameter(parameter);
     }

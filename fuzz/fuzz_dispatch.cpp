@@ -14,7 +14,9 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace hcr;
     gf_resetSimSession();
-    gPendingCreates = {{41, 4740001, "KLM1"}, {42, 17, "KLM2*"}};
+    gPendingCreates.clear();
+    gPendingCreates.push_back({41, 4740001, "KLM1"});
+    gPendingCreates.push_back({42, 17, "KLM2*"});
     while (size >= 2) {
         const std::size_t told = data[0] + std::size_t{256} * data[1];
         const std::size_t length = told < size - 2 ? told : size - 2;

@@ -86,14 +86,13 @@ TEST_F(UserAircraft, TheReportTellsModelSpanAndCategory) {
 }
 
 TEST_F(UserAircraft, ATitleIsCutToFortyEightBytesAndLoggedOnce) {
-    gf_onUserTitle(std::string(48, 'a') + "b");
-    gf_onUserTitle(std::string(48, 'a') + "c");
+    for (const char last : {'b', 'c'}) gf_onUserTitle(fmt::format("{:a<48}{}", "", last));
     EXPECT_EQ(gWindow.userAircraft.get(), std::string(48, 'a'));
     EXPECT_EQ(logCount("\n          SimConnect: User aircraft title: aaaa"), 1U);
     gf_onUserTitle("");
     EXPECT_TRUE(logHas("! Title of your aircraft is empty?"));
     // No half characters, and nothing but UTF-8.
-    gf_onUserTitle(std::string(47, 'a') + "\xC3\xA9");
+    gf_onUserTitle(fmt::format("{:a<47}{}", "", "\xC3\xA9"));
     EXPECT_EQ(gWindow.userAircraft.get(), std::string(47, 'a'));
     gf_onUserTitle("Caf\xE9");
     EXPECT_EQ(gWindow.userAircraft.get(), "Caf\xC3\xA9");

@@ -6,8 +6,8 @@
 
 namespace hcr {
 
-/// Half-hour slot of the week.
-struct HalfHourSlot {
+/// Half-hour slot of the week. Aligned so that an atomic one needs no lock on any compiler.
+struct alignas(8) HalfHourSlot {
     i32 day = 1;       ///< Monday = 1 .. Sunday = 7
     i32 halfHour = 0;  ///< 0..47
     auto operator<=>(const HalfHourSlot&) const = default;

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstring>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 
 #include "shell/file_names.h"
@@ -32,23 +34,51 @@ u8 lf_byte(std::string_view text, std::size_t place) {
     return static_cast<u8>(text[place]);
 }
 
-/// Up to `limit` bytes from the start of the file. The size is asked for first: only a regular file has one, and what
-/// isn't one, a folder or a pipe, must not be opened.
-bool lf_readStart(const fs::path& path, std::size_t limit, std::string& content) {
-    content.clear();
+/// The size is asked for before a file is opened: only a regular file has one, and what isn't one, a folder or a pipe,
+/// must not be opened.
+std::optional<u64> lf_sizeOf(const fs::path& path) {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(path, error);
-    if (error) return false;
+    if (error) return std::nullopt;
+    return size;
+}
+
+/// So many bytes from the start of the file, or fewer if it has become shorter.
+bool lf_readBytes(const fs::path& path, u64 count, std::string& content) {
+    content.clear();
     std::ifstream file(path, std::ios::binary);
     if (!file.is_open()) return false;
-    content.resize(static_cast<std::size_t>(std::min<std::uintmax_t>(size, limit)));
+    content.resize(static_cast<std::size_t>(count));
     file.read(content.data(), static_cast<std::streamsize>(content.size()));
     content.resize(static_cast<std::size_t>(file.gcount()));
     return !file.bad();
 }
 
+/// Up to `limit` bytes from the start of the file.
+bool lf_readStart(const fs::path& path, std::size_t limit, std::string& content) {
+    content.clear();
+    const std::optional<u64> size = lf_sizeOf(path);
+    return size && lf_readBytes(path, std::min<u64>(*size, limit), content);
+}
+
 bool lf_readWhole(const fs::path& path, std::string& content) {
     return lf_readStart(path, std::string().max_size(), content);
+}
+
+/// Length of the part at the start that holds no byte above 127, to whole words of eight bytes.
+std::size_t lf_asciiWords(std::string_view text) {
+    constexpr u64 kHighBits = 0x8080808080808080U;
+    std::size_t length = 0;
+    for (u64 word = 0; length + sizeof word <= text.size(); length += sizeof word) {
+        std::memcpy(&word, text.data() + length, sizeof word);
+        if ((word & kHighBits) != 0) break;
+    }
+    return length;
+}
+
+bool lf_isAscii(std::string_view text) {
+    return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(lf_asciiWords(text)), text.end(),
+                       [](char c) { return static_cast<u8>(c) <= 0x7F; });
 }
 
 /// Bytes that must follow a lead byte above 127; 0 when it can't lead.
@@ -68,7 +98,7 @@ bool lf_isSecondByteFine(u8 lead, u8 second) {
 }
 
 bool lf_isUtf8(std::string_view sample) {
-    for (std::size_t i = 0; i < sample.size(); ++i) {
+    for (std::size_t i = 0; (i += lf_asciiWords(sample.substr(i))) < sample.size(); ++i) {
         const u8 lead = lf_byte(sample, i);
         if (lead <= 0x7F) continue;
         const std::size_t count = lf_continuations(lead);
@@ -79,6 +109,15 @@ bool lf_isUtf8(std::string_view sample) {
         }
         if (!lf_isSecondByteFine(lead, lf_byte(sample, i + 1))) return false;
         i += count;
+    }
+    return true;
+}
+
+/// What the rest of the program takes for UTF-8: halves of UTF-16 pairs aren't, though no sample is refused for them.
+bool lf_isStrictUtf8(std::string_view text) {
+    if (!lf_isUtf8(text)) return false;
+    for (std::size_t i = text.find('\xED'); i != std::string_view::npos; i = text.find('\xED', i + 1)) {
+        if (lf_byte(text, i + 1) >= 0xA0) return false;
     }
     return true;
 }
@@ -94,17 +133,15 @@ Charset lf_utf16Kind(std::string_view sample) {
     return Charset::noneFound;
 }
 
+std::string_view lf_withoutUtf8Mark(std::string_view text) {
+    if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
+    return text;
+}
+
 template <typename Take>
 void lf_eachLine(std::string_view text, Take take) {
-    if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        if (line.ends_with('\r')) line.remove_suffix(1);
-        take(line);
-        if (end == std::string_view::npos) return;
-        text.remove_prefix(end + 1);
-    }
+    TextLines lines{lf_withoutUtf8Mark(text)};
+    for (std::string_view line; lines.next(line);) take(line);
 }
 
 /// The text behind the mark; empty without a mark or with half a code unit.
@@ -119,6 +156,38 @@ std::string lf_utf16FileToUtf8(std::string_view bytes) {
         units += static_cast<char16_t>(high << 8U | low);
     }
     return gf_utf16ToUtf8(units);
+}
+
+Charset lf_charsetOf(std::string_view sample) {
+    if (sample.starts_with(kUtf8Mark)) return Charset::utf8WithBom;
+    if (const Charset utf16 = lf_utf16Kind(sample); utf16 != Charset::noneFound) return utf16;
+    return lf_isUtf8(sample) ? Charset::utf8WithoutBom : Charset::ansi;
+}
+
+/// The lines that aren't UTF-8, all of them in a file of the code page, converted one by one.
+std::string lf_convertLines(std::string_view content, bool isAnsi) {
+    std::string text;
+    text.reserve(content.size() + content.size() / 16);
+    lf_eachLine(content, [&](std::string_view line) {
+        const bool isFine = isAnsi ? lf_isAscii(line) : lf_isStrictUtf8(line);
+        if (isFine) {
+            text += line;
+        } else {
+            text += gf_ansiToUtf8(line);
+        }
+        text += '\n';
+    });
+    return text;
+}
+
+/// The text of a file's bytes. Throws std::runtime_error when they are no UTF-16 though their mark says so.
+std::string lf_toUtf8(std::string content) {
+    const Charset charset = lf_charsetOf(std::string_view(content).substr(0, kSampleBytes));
+    if (charset == Charset::unicode || charset == Charset::unicodeBigEndian) return lf_utf16FileToUtf8(content);
+    if (charset == Charset::ansi || !lf_isStrictUtf8(content)) {
+        return lf_convertLines(content, charset == Charset::ansi);
+    }
+    return content;
 }
 
 void lf_readLines(Charset charset, const fs::path& path, std::vector<std::string>& lines) {
@@ -174,9 +243,7 @@ bool lf_writeWhole(std::string_view text, const fs::path& path, bool withNewline
 Charset gf_detectCharset(const fs::path& path) {
     std::string sample;
     if (!lf_readStart(path, kSampleBytes, sample)) return Charset::noneFound;
-    if (sample.starts_with(kUtf8Mark)) return Charset::utf8WithBom;
-    if (const Charset utf16 = lf_utf16Kind(sample); utf16 != Charset::noneFound) return utf16;
-    return lf_isUtf8(sample) ? Charset::utf8WithoutBom : Charset::ansi;
+    return lf_charsetOf(sample);
 }
 
 const char* gf_charsetName(Charset charset) {
@@ -192,6 +259,23 @@ bool gf_readTextFileLines(Charset charset, const fs::path& path, std::vector<std
         lines.clear();
         gf_showMessage(fmt::format("Read failed for '{}': {}", gf_shownPath(path), exception.what()), true);
         return false;
+    }
+}
+
+TextRead gf_readText(const fs::path& path, u64 largest, std::string& text) {
+    text.clear();
+    try {
+        const std::optional<u64> size = lf_sizeOf(path);
+        if (!size) return TextRead::notOpened;
+        if (*size > largest) return TextRead::tooLarge;
+        std::string content;
+        if (!lf_readBytes(path, *size, content)) return TextRead::notOpened;
+        text = lf_toUtf8(std::move(content));
+        if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
+        return TextRead::fine;
+    } catch (const std::exception& exception) {
+        gf_showMessage(fmt::format("Read failed for '{}': {}", gf_shownPath(path), exception.what()), true);
+        return TextRead::failed;
     }
 }
 

@@ -24,6 +24,29 @@ const char* gf_charsetName(Charset charset);
 /// Fills `lines` with UTF-8 lines; failures are shown and give false.
 bool gf_readTextFileLines(Charset charset, const std::filesystem::path& path, std::vector<std::string>& lines);
 
+/// How gf_readText ended.
+enum class TextRead { fine, notOpened, tooLarge, failed };
+/// gf_detectCharset and gf_readTextFileLines in one, for files that come by the thousand: opened and read once, and
+/// left in one piece, to be walked by TextLines. A line that isn't UTF-8, though the start of the file is, is taken for
+/// the code page: `text` is UTF-8 whatever the file holds. It stays empty when the file can't be opened, when it has
+/// more than `largest` bytes, and when it can't be converted, which is shown. Any thread.
+TextRead gf_readText(const std::filesystem::path& path, u64 largest, std::string& text);
+
+/// Walks the lines of a text, which come without their line ends.
+struct TextLines {
+    std::string_view rest;
+
+    /// False behind the last line.
+    bool next(std::string_view& line) {
+        if (rest.empty()) return false;
+        const std::size_t end = rest.find('\n');
+        line = rest.substr(0, end);
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+        return true;
+    }
+};
+
 /// Path and reused lines of gf_readFileLines.
 struct LineReader {
     std::filesystem::path path;

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "liveries/livery_data.h"
+#include "liveries/reports.h"
+
+namespace hcr {
+
+// What the two readers of aircraft.cfg files share. Any number of threads, each with a file of its own.
+
+/// The file that a reader works on.
+struct CfgFile {
+    i32 folderOrder = 0;  ///< place of the package folder
+    std::filesystem::path path;
+    std::string shownPath;    ///< UTF-8
+    std::string folder;       ///< UTF-8
+    std::string type;         ///< of all its sections
+    std::string text;         ///< UTF-8; sections are pieces of it
+    std::size_t reports = 0;  ///< lines that this file has put into the reports
+};
+CfgFile lf_cfgFile(i32 folderOrder, const std::filesystem::path& path);
+
+/// Fills `text`. False for a file that isn't there any more, silently, and for one that can't be read, which is logged.
+bool lf_readCfgText(CfgFile& file);
+
+/// A line of a report, unless the file has filled the reports with enough of them.
+void lf_report(CfgFile& file, ReportList& list, std::string line);
+/// A text of the file for a report or the log: cut when it is too long to be shown.
+std::string lf_shown(std::string_view text);
+
+/// False if the sections' numbers make the file unusable, which is reported.
+bool lf_checkSectionNumbers(CfgFile& file);
+
+/// The livery of one section, which starts with its header line; nothing if it has none that can be used.
+using SectionReader = std::optional<LiveryData> (*)(CfgFile& file, std::string_view text);
+std::optional<LiveryData> lf_procesFltSimSection(CfgFile& file, std::string_view text);
+/// By the rules of the IVAO package. Throws what the memory throws.
+std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text);
+/// Hands each section to the reader and appends what it finds.
+void lf_splitSections(CfgFile& file, SectionReader reader, std::vector<LiveryData>& liveries);
+
+/// What the lines of a section tell.
+struct CfgSection {
+    CfgFile& file;
+    std::string_view header;  ///< its first line
+    std::string title, airline, parkingTypes, atcid, texture;
+
+    /// A fault of the section. The first two places of the text are the folder and the header line.
+    template <typename... Args>
+    void report(fmt::format_string<const std::string&, const std::string&, const Args&...> text,
+                const Args&... args) const {
+        const std::string shownHeader = lf_shown(header);
+        lf_report(file, gIncompleteSections,
+                  fmt::vformat(text, fmt::make_format_args(file.folder, shownHeader, args...)));
+    }
+};
+/// What a line means for the rest of its section.
+enum class NextLine { read, giveUp };
+
+/// Takes a line into what is known; the first rule that applies to a line ends the work on it.
+using LineTaker = NextLine (*)(CfgSection& section, std::string_view line);
+/// All lines of a section, up to the one that makes it useless.
+NextLine lf_takeLines(CfgSection& section, std::string_view text, LineTaker taker);
+CfgSection lf_cfgSection(CfgFile& file, std::string_view text);
+/// Keeps the first title, trimmed; a second one, and one that the simulator can't be asked for, are faults.
+NextLine lf_takeTitle(CfgSection& section, std::string_view value);
+bool lf_isDontUseTitle(std::string_view title);
+/// False if a registration of the comma list is impossible. `result` is the registration, empty if there are several:
+/// a livery of several airframes names none of them.
+bool lf_checkAtcId(std::string_view value, std::string& result);
+/// A value with blanks in it is taken for a comma list, and each piece trimmed.
+std::string lf_normalized(std::string_view value);
+void lf_reportAirline(CfgFile& file, std::string_view code, std::string_view header);
+/// The livery if no section of this scan has shown the title before, else nothing.
+std::optional<LiveryData> lf_addLivery(const CfgFile& file, std::string airline, std::string title, std::string atcid,
+                                       bool cargo);
+
+/// The type of all sections; empty, and reported, if there is none that can be used.
+std::string lf_typeFromFile(CfgFile& file);
+/// The type that the folder of a file of the IVAO package is named for; empty for other paths, without a report.
+std::string lf_typeFromIvaoPath(CfgFile& file);
+
+}  // namespace hcr

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/types.h"
+
+namespace hcr {
+
+// The lines of an aircraft.cfg. Any thread; nothing is allocated.
+
+enum class CfgKey { none, title, texture, baseContainer, typeDesignator, atcId, airline, parkingTypes };
+
+/// A line of a known key: its name in any case, "=", and a value. Of a value with quotes only the text between the
+/// first two counts.
+struct CfgLine {
+    CfgKey key = CfgKey::none;
+    std::string_view value;  ///< into the line; not empty but for `airline`
+};
+
+/// A line of another key, without a value or of no key at all gives CfgKey::none, and so does a comment.
+CfgLine gf_cfgLine(std::string_view line);
+/// "//" behind any blanks.
+bool gf_isCfgComment(std::string_view line);
+
+/// Which of these stand anywhere in a line that is no comment, written as here.
+struct CfgMentions {
+    bool airline = false;       ///< icao_airline
+    bool parkingTypes = false;  ///< atc_parking_types
+    bool atcId = false;         ///< atc_id=
+};
+CfgMentions gf_cfgMentions(std::string_view line);
+
+/// Header lines of the sections that hold a livery.
+struct FltSimHeader {
+    bool isHeader = false;
+    /// The digits of "[fltsim.12]"; "10000" in any other line that holds "[fltsim.".
+    std::string_view number;
+};
+FltSimHeader gf_fltSimHeader(std::string_view line);
+/// The largest number that a section may have.
+inline constexpr i32 kLargestFltSim = 10000;
+
+/// The blanks of a key line, vertical ones included.
+std::string_view gf_trimCfg(std::string_view text);
+bool gf_holdsCfgBlank(std::string_view text);
+
+}  // namespace hcr

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 
-#include "liveries/cfg_keys.h"
 #include "shell/log.h"
 #include "shell/text.h"
 #include "shell/text_files.h"
@@ -174,17 +173,21 @@ void lf_splitSections(CfgFile& file, SectionReader reader, std::vector<LiveryDat
 }
 
 CfgSection lf_cfgSection(CfgFile& file, std::string_view text) {
-    CfgSection section{file, {}, {}, {}, {}, {}, {}};
-    TextLines{text}.next(section.header);
-    return section;
+    std::string_view header;
+    TextLines{text}.next(header);
+    return {file, text, header};
 }
 
-NextLine lf_takeLines(CfgSection& section, std::string_view text, LineTaker taker) {
-    TextLines lines{text};
+NextLine lf_takeLines(CfgSection& section, LineTaker taker) {
+    CfgKeyLines lines{section.text};
     for (std::string_view line; lines.next(line);) {
         if (taker(section, line) == NextLine::giveUp) return NextLine::giveUp;
     }
     return NextLine::read;
+}
+
+bool lf_mentions(std::string_view line, std::string_view key) {
+    return line.find(key) != std::string_view::npos && !gf_isCfgComment(line);
 }
 
 NextLine lf_takeTitle(CfgSection& section, std::string_view value) {

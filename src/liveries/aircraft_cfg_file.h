@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "liveries/cfg_keys.h"
 #include "liveries/livery_data.h"
 #include "liveries/reports.h"
 
@@ -49,16 +50,17 @@ void lf_splitSections(CfgFile& file, SectionReader reader, std::vector<LiveryDat
 /// What the lines of a section tell.
 struct CfgSection {
     CfgFile& file;
+    std::string_view text;
     std::string_view header;  ///< its first line
-    std::string title, airline, parkingTypes, atcid, texture;
+    std::string title{}, airline{}, parkingTypes{}, atcid{}, texture{};
 
-    /// A fault of the section. The first two places of the text are the folder and the header line.
+    /// A fault of the section. The first two places in its text are the folder and the header line.
     template <typename... Args>
-    void report(fmt::format_string<const std::string&, const std::string&, const Args&...> text,
+    void report(fmt::format_string<const std::string&, const std::string&, const Args&...> fault,
                 const Args&... args) const {
         const std::string shownHeader = lf_shown(header);
         lf_report(file, gIncompleteSections,
-                  fmt::vformat(text, fmt::make_format_args(file.folder, shownHeader, args...)));
+                  fmt::vformat(fault, fmt::make_format_args(file.folder, shownHeader, args...)));
     }
 };
 /// What a line means for the rest of its section.
@@ -67,7 +69,9 @@ enum class NextLine { read, giveUp };
 /// Takes a line into what is known; the first rule that applies to a line ends the work on it.
 using LineTaker = NextLine (*)(CfgSection& section, std::string_view line);
 /// All lines of a section, up to the one that makes it useless.
-NextLine lf_takeLines(CfgSection& section, std::string_view text, LineTaker taker);
+NextLine lf_takeLines(CfgSection& section, LineTaker taker);
+/// Whether this stands in the line, which makes it the second line of a key, be it one or not.
+bool lf_mentions(std::string_view line, std::string_view key);
 CfgSection lf_cfgSection(CfgFile& file, std::string_view text);
 /// Keeps the first title, trimmed; a second one, and one that the simulator can't be asked for, are faults.
 NextLine lf_takeTitle(CfgSection& section, std::string_view value);

@@ -4,7 +4,6 @@
 #include <array>
 
 #include "liveries/aircraft_cfg_file.h"
-#include "liveries/cfg_keys.h"
 #include "liveries/dbase.h"
 #include "shell/text.h"
 #include "shell/text_files.h"

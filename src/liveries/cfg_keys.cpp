@@ -1,11 +1,11 @@
 #include "liveries/cfg_keys.h"
 
 #include <algorithm>
+#include <array>
 
 namespace hcr {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
 constexpr std::string_view kNoNumber = "10000";
 
 struct KeyName {
@@ -28,7 +28,7 @@ char lf_lower(char c) {
 }
 
 bool lf_isBlank(char c) {
-    return kBlanks.find(c) != std::string_view::npos;
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 std::string_view lf_trimLeft(std::string_view text) {
@@ -52,6 +52,42 @@ const KeyName* lf_findName(std::string_view text) {
     return nullptr;
 }
 
+constexpr std::size_t kBlock = 64, kMark = 4;
+
+/// The first of kBlock places where four letters out of "atc_id", "atc_parking_types", "icao_airline", "title" or
+/// "texture" begin, in any case. All of a file goes through this loop. It has no branches and calls nothing, so that
+/// the compiler makes it look at many places at once.
+std::size_t lf_firstMark(const char* block) {
+    constexpr u8 kLowerBit = 0x20;
+    const auto is = [](u8 letter, char wanted) { return static_cast<u8>(letter == static_cast<u8>(wanted)); };
+    std::array<char, kBlock> marks;
+    u8 any = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        const auto a = static_cast<u8>(block[i] | kLowerBit), b = static_cast<u8>(block[i + 1]);
+        const auto c = static_cast<u8>(block[i + 2] | kLowerBit), d = static_cast<u8>(block[i + 3] | kLowerBit);
+        const u8 atc = is(a, 'c') & ((is(c, 'i') & is(d, 'd')) | (is(c, 'p') & is(d, 'a')));
+        const u8 airline = is(a, 'o') & is(c, 'a') & is(d, 'i');
+        const u8 title = (is(b, 'i') | is(b, 'I')) & is(c, 't') & is(d, 'l');
+        const u8 texture = (is(b, 'e') | is(b, 'E')) & is(c, 'x') & is(d, 't');
+        const u8 mark = (is(b, '_') & (atc | airline)) | (is(a, 't') & (title | texture));
+        marks[i] = static_cast<char>(mark);
+        any |= mark;
+    }
+    return any == 0 ? std::string_view::npos : std::string_view(marks.data(), kBlock).find('\1');
+}
+
+std::size_t lf_nextMark(std::string_view text, std::size_t from) {
+    for (; from + kBlock + kMark <= text.size(); from += kBlock) {
+        if (const std::size_t mark = lf_firstMark(text.data() + from); mark != std::string_view::npos)
+            return from + mark;
+    }
+    if (from >= text.size()) return std::string_view::npos;
+    std::array<char, 2 * kBlock> tail{};
+    text.substr(from).copy(tail.data(), kBlock + kMark);
+    const std::size_t mark = lf_firstMark(tail.data());
+    return mark == std::string_view::npos ? mark : from + mark;
+}
+
 /// Empty when a quote has no partner.
 std::string_view lf_withoutQuotes(std::string_view value) {
     const std::size_t first = value.find('"');
@@ -69,7 +105,7 @@ std::string_view gf_trimCfg(std::string_view text) {
 }
 
 bool gf_holdsCfgBlank(std::string_view text) {
-    return text.find_first_of(kBlanks) != std::string_view::npos;
+    return std::any_of(text.begin(), text.end(), lf_isBlank);
 }
 
 CfgLine gf_cfgLine(std::string_view line) {
@@ -90,21 +126,16 @@ bool gf_isCfgComment(std::string_view line) {
     return lf_trimLeft(line).starts_with("//");
 }
 
-CfgMentions gf_cfgMentions(std::string_view line) {
-    constexpr std::string_view kIcao = "icao", kAtc = "atc", kAirline = "_airline", kParking = "_parking_types",
-                               kId = "_id=";
-    CfgMentions mentions;
-    if (gf_isCfgComment(line)) return mentions;
-    for (std::size_t at = line.find('_'); at != std::string_view::npos; at = line.find('_', at + 1)) {
-        const std::string_view before = line.substr(0, at), behind = line.substr(at);
-        if (before.ends_with(kIcao)) {
-            mentions.airline = mentions.airline || behind.starts_with(kAirline);
-        } else if (before.ends_with(kAtc)) {
-            mentions.parkingTypes = mentions.parkingTypes || behind.starts_with(kParking);
-            mentions.atcId = mentions.atcId || behind.starts_with(kId);
-        }
-    }
-    return mentions;
+bool CfgKeyLines::next(std::string_view& line) {
+    const std::size_t mark = lf_nextMark(text, from);
+    if (mark == std::string_view::npos) return false;
+    const std::size_t before = text.substr(from, mark - from).rfind('\n');
+    const std::size_t begin = before == std::string_view::npos ? from : from + before + 1;
+    const std::size_t end = std::min(text.find('\n', mark), text.size());
+    line = text.substr(begin, end - begin);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    from = std::min(end + 1, text.size());
+    return true;
 }
 
 FltSimHeader gf_fltSimHeader(std::string_view line) {

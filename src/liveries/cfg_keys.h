@@ -22,13 +22,15 @@ CfgLine gf_cfgLine(std::string_view line);
 /// "//" behind any blanks.
 bool gf_isCfgComment(std::string_view line);
 
-/// Which of these stand anywhere in a line that is no comment, written as here.
-struct CfgMentions {
-    bool airline = false;       ///< icao_airline
-    bool parkingTypes = false;  ///< atc_parking_types
-    bool atcId = false;         ///< atc_id=
+/// Walks those lines of a section that may hold a key of the sections, or mention it elsewhere in the line; most of its
+/// lines do neither. The keys that give a file its type are no keys of the sections.
+struct CfgKeyLines {
+    std::string_view text;
+    std::size_t from = 0;
+
+    /// False behind the last line.
+    bool next(std::string_view& line);
 };
-CfgMentions gf_cfgMentions(std::string_view line);
 
 /// Header lines of the sections that hold a livery.
 struct FltSimHeader {

@@ -2,7 +2,6 @@
 
 #include "core/model/aircraft_class.h"
 #include "liveries/aircraft_cfg_file.h"
-#include "liveries/cfg_keys.h"
 #include "liveries/dbase.h"
 #include "shell/log.h"
 #include "shell/text.h"
@@ -56,12 +55,10 @@ NextLine lf_takeLine(CfgSection& section, std::string_view line) {
         const NextLine next = lf_takeTitle(section, value);
         return lf_isUserTitle(section.title) ? NextLine::giveUp : next;
     }
-    const bool isFirst = section.airline.empty() && section.parkingTypes.empty() && section.atcid.empty();
-    const CfgMentions mentions = isFirst ? CfgMentions{} : gf_cfgMentions(line);
 
     if (section.airline.empty()) {
         if (key == CfgKey::airline) return lf_takeAirline(section, value);
-    } else if (mentions.airline) {
+    } else if (lf_mentions(line, "icao_airline")) {
         section.report("{} {} has more than one icao_airline key");
         return NextLine::giveUp;
     }
@@ -70,13 +67,13 @@ NextLine lf_takeLine(CfgSection& section, std::string_view line) {
             section.parkingTypes = gf_upper(lf_normalized(value));
             return NextLine::read;
         }
-    } else if (mentions.parkingTypes) {
+    } else if (lf_mentions(line, "atc_parking_types")) {
         section.report("{} {} has more than one atc_parking_types key");
         return NextLine::giveUp;
     }
     if (section.atcid.empty()) {
         if (key == CfgKey::atcId) lf_takeAtcId(section, value);
-    } else if (mentions.atcId) {
+    } else if (lf_mentions(line, "atc_id=")) {
         section.report("{}, {}, has more than one atc_id key");
         return NextLine::giveUp;
     }
@@ -124,7 +121,7 @@ std::optional<LiveryData> lf_liveryOf(CfgSection& section) {
 
 std::optional<LiveryData> lf_readSection(CfgFile& file, std::string_view text) {
     CfgSection section = lf_cfgSection(file, text);
-    const NextLine next = lf_takeLines(section, text, lf_takeLine);
+    const NextLine next = lf_takeLines(section, lf_takeLine);
     if (section.airline.empty()) {
         lf_report(file, gIncompleteSections,
                   fmt::format("{} {} icao_airline is missing, or it has invalid info ", file.shownPath,

@@ -2,7 +2,6 @@
 #include <array>
 
 #include "liveries/aircraft_cfg_file.h"
-#include "liveries/cfg_keys.h"
 #include "liveries/dbase.h"
 #include "shell/log.h"
 #include "shell/text.h"
@@ -35,15 +34,13 @@ void lf_takeAtcId(CfgSection& section, std::string_view value) {
 NextLine lf_takeLine(CfgSection& section, std::string_view line) {
     const auto [key, value] = gf_cfgLine(line);
     if (key == CfgKey::title) return lf_takeIvaoTitle(section, value);
-    const bool isFirst = section.parkingTypes.empty() && section.atcid.empty();
-    const CfgMentions mentions = isFirst ? CfgMentions{} : gf_cfgMentions(line);
 
     if (section.parkingTypes.empty()) {
         if (key == CfgKey::parkingTypes) {
             section.parkingTypes = lf_normalized(value);
             return NextLine::read;
         }
-    } else if (mentions.parkingTypes) {
+    } else if (lf_mentions(line, "atc_parking_types")) {
         section.report("{} {} has more than one atc_parking_types key");
         return NextLine::giveUp;
     }
@@ -52,7 +49,7 @@ NextLine lf_takeLine(CfgSection& section, std::string_view line) {
             lf_takeAtcId(section, value);
             return NextLine::read;
         }
-    } else if (mentions.atcId) {
+    } else if (lf_mentions(line, "atc_id=")) {
         section.report("{}, {}, has more than one atc_id key");
         return NextLine::giveUp;
     }
@@ -114,7 +111,7 @@ std::string lf_airlineOf(CfgSection& section) {
 
 std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text) {
     CfgSection section = lf_cfgSection(file, text);
-    if (lf_takeLines(section, text, lf_takeLine) == NextLine::giveUp || !lf_hasTexture(section)) return std::nullopt;
+    if (lf_takeLines(section, lf_takeLine) == NextLine::giveUp || !lf_hasTexture(section)) return std::nullopt;
     if (section.title.empty()) {
         section.report("{} {} misses title");
         return std::nullopt;

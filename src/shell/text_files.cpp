@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstring>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
@@ -65,19 +64,21 @@ bool lf_readWhole(const fs::path& path, std::string& content) {
     return lf_readStart(path, std::string().max_size(), content);
 }
 
-/// Length of the part at the start that holds no byte above 127, to whole words of eight bytes.
-std::size_t lf_asciiWords(std::string_view text) {
-    constexpr u64 kHighBits = 0x8080808080808080U;
+/// Length of the part at the start that holds no byte above 127, to whole blocks.
+std::size_t lf_asciiBlocks(std::string_view text) {
+    constexpr std::size_t kBlock = 64;
+    const auto isAscii = [](const char* block) {
+        u8 bits = 0;
+        for (std::size_t i = 0; i < kBlock; ++i) bits |= static_cast<u8>(block[i]);
+        return bits <= 0x7F;
+    };
     std::size_t length = 0;
-    for (u64 word = 0; length + sizeof word <= text.size(); length += sizeof word) {
-        std::memcpy(&word, text.data() + length, sizeof word);
-        if ((word & kHighBits) != 0) break;
-    }
+    while (length + kBlock <= text.size() && isAscii(text.data() + length)) length += kBlock;
     return length;
 }
 
 bool lf_isAscii(std::string_view text) {
-    return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(lf_asciiWords(text)), text.end(),
+    return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(lf_asciiBlocks(text)), text.end(),
                        [](char c) { return static_cast<u8>(c) <= 0x7F; });
 }
 
@@ -98,7 +99,7 @@ bool lf_isSecondByteFine(u8 lead, u8 second) {
 }
 
 bool lf_isUtf8(std::string_view sample) {
-    for (std::size_t i = 0; (i += lf_asciiWords(sample.substr(i))) < sample.size(); ++i) {
+    for (std::size_t i = lf_asciiBlocks(sample); i < sample.size(); ++i) {
         const u8 lead = lf_byte(sample, i);
         if (lead <= 0x7F) continue;
         const std::size_t count = lf_continuations(lead);
@@ -115,6 +116,7 @@ bool lf_isUtf8(std::string_view sample) {
 
 /// What the rest of the program takes for UTF-8: halves of UTF-16 pairs aren't, though no sample is refused for them.
 bool lf_isStrictUtf8(std::string_view text) {
+    if (lf_isAscii(text)) return true;
     if (!lf_isUtf8(text)) return false;
     for (std::size_t i = text.find('\xED'); i != std::string_view::npos; i = text.find('\xED', i + 1)) {
         if (lf_byte(text, i + 1) >= 0xA0) return false;

@@ -1,0 +1,186 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+
+#include "liveries/aircraft_cfg.h"
+#include "liveries/cfg_keys.h"
+#include "liveries/dbase.h"
+#include "liveries/reports.h"
+#include "liveries/scan.h"
+#include "shell/text_files.h"
+
+// Any bytes as an aircraft.cfg. The first one chooses the reader and the charset into which the others are put; what
+// comes out must be a livery that the rest of the program can use. Short lines are compared with the expressions that
+// define the keys.
+
+namespace {
+
+using namespace hcr;
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLongestTitle = 255, kLongestRegistration = 12;
+constexpr std::size_t kMostReports = 10'001, kLongestReport = 1200;
+constexpr std::size_t kLongestForExpressions = 200;  // their matching recurses
+
+constexpr const char* kDbase = R"(<root><aircrafts><aircraft types="B738,A320,B744,C172"/></aircrafts>
+<high_performance><hpf types="F16"/></high_performance><heavy><hvy types="B744"/></heavy>
+<large><lar types="B738,A320"/></large><buzjet><bzj types="C25A"/></buzjet><rotorcraft><rot types="EC35"/></rotorcraft>
+<cargo_types><cargo_type types="B744"/></cargo_types><ICAO_airlines><ICAO codes="KLM,DLH,PVT,ZZZ"/></ICAO_airlines>
+<cargo_operators><ICAO codes="GEC"/></cargo_operators><simaddons20><simaddon20 arpts="EHAM"/></simaddons20>
+<fixes><fx wro="738" cor="B738"/></fixes><dbase><db reg="PH-BXA" airl="KLM" type="B738"/>
+<db reg="N12" airl="PVT" type="C172"/></dbase></root>)";
+
+struct KeyExpression {
+    CfgKey key;
+    std::regex expression;
+};
+
+const std::vector<KeyExpression>& lf_expressions() {
+    static const std::vector<KeyExpression> all = [] {
+        std::vector<KeyExpression> made;
+        const std::pair<CfgKey, const char*> names[] = {{CfgKey::title, "title"},
+                                                        {CfgKey::texture, "texture"},
+                                                        {CfgKey::baseContainer, "base_container"},
+                                                        {CfgKey::typeDesignator, "icao_type_designator"},
+                                                        {CfgKey::atcId, "atc_id"},
+                                                        {CfgKey::airline, "icao_airline"},
+                                                        {CfgKey::parkingTypes, "atc_parking_types"}};
+        for (const auto& [key, name] : names) {
+            made.push_back({key, std::regex(std::string("\\s*(") + name + ")\\s*=\\s*(.*\\S)\\s*",
+                                            std::regex::ECMAScript | std::regex::icase)});
+        }
+        return made;
+    }();
+    return all;
+}
+
+void lf_require(bool condition) {
+    if (!condition) std::abort();
+}
+
+void lf_compareKeys(const std::string& line) {
+    CfgKey expected = CfgKey::none;
+    std::string value;
+    std::smatch match;
+    for (const auto& [key, expression] : lf_expressions()) {
+        if (!std::regex_match(line, match, expression)) continue;
+        expected = key;
+        value = match[2];
+    }
+    if (const std::size_t first = value.find('"'); first != std::string::npos) {
+        const std::size_t second = value.find('"', first + 1);
+        value = second == std::string::npos ? "" : value.substr(first + 1, second - first - 1);
+    }
+    if (value.empty() && expected != CfgKey::airline) expected = CfgKey::none;
+    const CfgLine found = gf_cfgLine(line);
+    lf_require(found.key == expected);
+    if (expected != CfgKey::none) lf_require(found.value == value);
+}
+
+void lf_compareHeader(const std::string& line) {
+    static const std::regex header("\\s*(\\[fltsim\\.)(\\d+)\\]\\s*", std::regex::ECMAScript | std::regex::icase);
+    std::smatch match;
+    const FltSimHeader found = gf_fltSimHeader(line);
+    if (std::regex_match(line, match, header)) lf_require(found.isHeader && found.number == match[2].str());
+}
+
+bool lf_matters(const std::string& line) {
+    switch (gf_cfgLine(line).key) {
+        case CfgKey::none:
+        case CfgKey::baseContainer:
+        case CfgKey::typeDesignator:
+            break;
+        default:
+            return true;
+    }
+    return line.find("icao_airline") != std::string::npos || line.find("atc_parking_types") != std::string::npos ||
+           line.find("atc_id=") != std::string::npos;
+}
+
+/// The quick walk may leave out nothing that counts.
+void lf_compareWalks(const std::string& text) {
+    CfgKeyLines quick{text};
+    std::string_view candidate, line;
+    bool more = quick.next(candidate);
+    for (TextLines lines{text}; lines.next(line);) {
+        const bool isCandidate = more && candidate.data() == line.data();
+        if (isCandidate) lf_require(candidate == line);
+        if (isCandidate) more = quick.next(candidate);
+        const std::string copy(line);
+        if (!isCandidate) lf_require(!lf_matters(copy));
+        if (copy.size() > kLongestForExpressions) continue;
+        lf_compareKeys(copy);
+        lf_compareHeader(copy);
+    }
+    lf_require(!more);
+}
+
+std::string lf_encoded(const std::uint8_t* data, std::size_t size, unsigned charset) {
+    if (charset == 0) return {reinterpret_cast<const char*>(data), size};
+    std::string bytes = charset == 1 ? "\xEF\xBB\xBF" : charset == 2 ? "\xFF\xFE" : "\xFE\xFF";
+    for (std::size_t i = 0; i < size; ++i) {
+        if (charset == 3) bytes += '\0';
+        bytes += static_cast<char>(data[i]);
+        if (charset == 2) bytes += '\0';
+    }
+    return bytes;
+}
+
+void lf_checkReports() {
+    for (ReportList* list : {&gInvalidAirlines, &gInvalidTypes, &gCodeFixes, &gInvalidFiles, &gIncompleteSections,
+                             &gFilesWithoutSections}) {
+        lf_require(list->lines.size() <= kMostReports);
+        for (const std::string& line : list->lines) lf_require(line.size() <= kLongestReport);
+    }
+}
+
+/// The two packages, as long as the process runs.
+struct Folder {
+    fs::path path = fs::temp_directory_path() / ("fuzz_aircraft_cfg_" + std::to_string(getpid()));
+
+    Folder() {
+        fs::create_directories(path / "pack");
+        fs::create_directories(path / "IVAO_MTL/SimObjects/Airplanes/IVAO_B738WLfa/texture.A");
+        lf_require(gf_readDbaseText(kDbase).empty());
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder() {
+        std::error_code error;
+        fs::remove_all(path, error);
+    }
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    const bool isIvao = (data[0] & 1U) != 0;
+    const std::string bytes = lf_encoded(data + 1, size - 1, data[0] >> 1U & 3U);
+    static const Folder folder;
+    const fs::path path =
+        folder.path / (isIvao ? "IVAO_MTL/SimObjects/Airplanes/IVAO_B738WLfa/aircraft.cfg" : "pack/aircraft.cfg");
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+
+    gf_clearScanLists();
+    dontUseTitles = {"unwanted"};
+    scanThreadsActive = 1;
+    const auto liveries = isIvao ? lf_searchLiveriesinIVAOFile(1, path) : lf_searchLiveriesinFile(1, path);
+    lf_require(scanThreadsActive == 0);
+    for (const LiveryData& livery : liveries) {
+        lf_require(!livery.title.empty() && livery.title.size() <= kLongestTitle && livery.title != "unwanted");
+        lf_require(gf_isValidType(livery.type) && gf_isAirline(livery.airl));
+        lf_require(livery.atcid.size() <= kLongestRegistration);
+        lf_require(seenTitles.contains(livery.title));
+    }
+    lf_checkReports();
+    std::string text;
+    if (gf_readText(path, bytes.size(), text) == TextRead::fine) lf_compareWalks(text);
+    return 0;
+}

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "core/run/run.h"
+#include "liveries/scan_pool.h"
 #include "platform/system.h"
 #include "shell/command_line.h"
 #include "shell/file_names.h"
@@ -29,6 +30,7 @@ int lf_start(const hcr::CommandLine& commandLine) {
     hcr::gProduction = commandLine.production;
     const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds, .seconds = commandLine.seconds});
     hcr::gf_stopSandbox();
+    hcr::gf_awaitScanWorkers();
     return code;
 }
 

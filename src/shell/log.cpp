@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <mutex>
 #include <stdexcept>
 
@@ -21,7 +22,8 @@ constexpr const char* kSimulatorNames = "MSFS 2020/2024";
 struct LogState {
     /// Guards every write and flush. The innermost lock: nothing else is taken while it is held.
     std::recursive_mutex mutex;
-    std::ofstream stream;
+    std::ofstream file;
+    std::ostream* stream = nullptr;  ///< the file or standard output; null while the log isn't open
 };
 
 /// Made at the first use and never destroyed, so that a thread that outlives main may still log.
@@ -30,7 +32,7 @@ LogState& lf_log() {
     return state;
 }
 
-void lf_writeLine(std::ofstream& stream, std::string_view mark, std::string_view line) {
+void lf_writeLine(std::ostream& stream, std::string_view mark, std::string_view line) {
     // One full disk must not silence the log for the rest of the run.
     if (!stream) stream.clear();
     stream << mark << line << '\n';
@@ -45,37 +47,47 @@ void gf_openLog(const std::filesystem::path& path) {
     // What is buffered reaches the file however the process ends; later lines are dropped.
     [[maybe_unused]] static const int registered = std::atexit(gf_closeLog);
     gf_saveUpto3GenerationsOf(path);
-    log.stream.open(path, std::ios::binary | std::ios::trunc);
-    if (!log.stream.is_open()) throw std::runtime_error("Failed to write file " + gf_shownPath(path));
+    log.file.open(path, std::ios::binary | std::ios::trunc);
+    if (!log.file.is_open()) throw std::runtime_error("Failed to write file " + gf_shownPath(path));
+    log.stream = &log.file;
     gf_log(fmt::format("{} (utc) {} version {} for {}", gf_utcTimeText(), kProgramName, gf_programVersion().text(),
                        kSimulatorNames));
+}
+
+void gf_openLogOnStandardOutput() {
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    gf_closeLog();
+    log.stream = &std::cout;
 }
 
 void gf_closeLog() {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
-    if (log.stream.is_open()) log.stream.close();
-    log.stream.clear();
+    gf_logFlush();
+    log.stream = nullptr;
+    if (log.file.is_open()) log.file.close();
+    log.file.clear();
 }
 
 void gf_log(std::string_view line) {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
-    if (log.stream.is_open()) lf_writeLine(log.stream, "", line);
+    if (log.stream != nullptr) lf_writeLine(*log.stream, "", line);
 }
 
 void gf_logFlush() {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
-    if (log.stream.is_open()) log.stream.flush();
+    if (log.stream != nullptr) log.stream->flush();
 }
 
 void gf_logError(std::string_view line) {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
-    if (!log.stream.is_open()) return;
-    lf_writeLine(log.stream, "==> ", line);
-    log.stream.flush();
+    if (log.stream == nullptr) return;
+    lf_writeLine(*log.stream, "==> ", line);
+    log.stream->flush();
 }
 
 void gf_logIfRunning(std::string_view line) {

@@ -14,6 +14,8 @@ namespace hcr {
 /// Keeps three generations of the file and opens it anew, with its first line. Throws std::runtime_error
 /// "Failed to write file " and the path. `path` is relative to the working folder.
 void gf_openLog(const std::filesystem::path& path = "Log.txt");
+/// Lets the lines go to standard output instead; for tools. No first line.
+void gf_openLogOnStandardOutput();
 /// Flushes and closes; for tests and for the end of the process.
 void gf_closeLog();
 

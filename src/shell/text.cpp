@@ -194,9 +194,25 @@ std::string gf_utf16ToUtf8(std::u16string_view text) {
     return lf_fromUtf16(text);
 }
 
+bool gf_isUtf8(std::string_view text) {
+    try {
+        lf_checkUtf8(text);
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
 std::filesystem::path gf_pathFromUtf8(std::string_view text) {
     lf_checkUtf8(text);
     return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
+std::filesystem::path gf_pathFromAnySeparators(std::string_view text) {
+    std::string native(text);
+    constexpr char kSeparator = static_cast<char>(std::filesystem::path::preferred_separator);
+    std::replace_if(native.begin(), native.end(), [](char c) { return c == '\\' || c == '/'; }, kSeparator);
+    return gf_pathFromUtf8(native);
 }
 
 std::string gf_pathToUtf8(const std::filesystem::path& path) {

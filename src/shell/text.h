@@ -15,7 +15,10 @@ std::wstring gf_utf8ToWide(std::string_view text);
 std::string gf_wideToUtf8(std::wstring_view text);
 /// UTF-16 code units to UTF-8, whatever the size of wchar_t. Throws like gf_wideToUtf8.
 std::string gf_utf16ToUtf8(std::u16string_view text);
+bool gf_isUtf8(std::string_view text);
 std::filesystem::path gf_pathFromUtf8(std::string_view text);
+/// The same for paths that people and the simulator's files write: a backslash separates folders on every system.
+std::filesystem::path gf_pathFromAnySeparators(std::string_view text);
 std::string gf_pathToUtf8(const std::filesystem::path& path);
 /// For messages: gf_pathToUtf8, but a name that is no valid text gives a stand-in instead of an exception.
 std::string gf_shownPath(const std::filesystem::path& path);

@@ -25,3 +25,4 @@ inline constexpr int kExitUsage = 2;   ///< the arguments make no sense
 
 int runEncipher(const std::vector<std::string>& arguments);
 int runDecipher(const std::vector<std::string>& arguments);
+int runScan(const std::vector<std::string>& arguments);

@@ -12,6 +12,8 @@ namespace {
 constexpr std::array kCommands{
     Command{"encipher", "IN OUT [--key HEX]", "make the form in which a data file travels", runEncipher},
     Command{"decipher", "IN OUT [--key HEX]", "turn an enciphered data file into its plain form", runDecipher},
+    Command{"scan", "--community DIR --work DIR [--selector \"AIG, FSLTL\"] [--no-prioritize] [--folder DIR ...]",
+            "find the installed liveries: data sets from WORK/input, results below WORK/output", runScan},
 };
 
 std::string usage() {

@@ -16,6 +16,7 @@
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/stream_cipher.h"
+#include "shell/text.h"
 #include "shell/window/controls.h"
 #include "shell/window_state.h"
 
@@ -32,13 +33,9 @@ void lf_applyParametersToControls() {
     gf_showInControl(DESTINATION);
 }
 
-StringParameter& lf_installParameter() {
-    return gf_sim2024Chosen() ? MSFS_2024_INSTALL_PATH : MSFS_INSTALL_PATH;
-}
-
 /// The user may have typed the Community folder itself; the program wants the folder that holds it.
 void lf_dropCommunityEnding() {
-    StringParameter& parameter = lf_installParameter();
+    StringParameter& parameter = gf_installParameter();
     std::string value = parameter.current.get();
     for (const std::string_view ending : {"\\Community", "/Community"}) {
         if (!value.ends_with(ending)) continue;
@@ -64,16 +61,26 @@ void lf_readReferenceData() {
     if (!gf_readDbase()) throw std::runtime_error("reading data files failed!");
 }
 
-void lf_showInstallPath() {
-    std::string path = gf_simulatorPath();
-    if (path.empty()) path = gf_detectInstallPath();
+void lf_showPath(const std::string& path) {
     ALL_INSTALL_PATH.current.set(path);
     gf_showInControl(ALL_INSTALL_PATH);
+}
+
+void lf_showInstallPath() {
+    StringParameter& parameter = gf_installParameter();
+    std::string path = parameter.current.get();
+    lf_showPath(path);
+    gf_enableControl(ALL_INSTALL_PATH, true);
+    if (!path.empty()) return;
+    path = gf_pathToUtf8(gf_detectInstallPath());
     if (path.empty()) {
         throw UserErrorException(150,
                                  "No install path detected. Type the full path to your Community folder above, then "
                                  "press Enter");
     }
+    parameter.current.set(path);
+    gf_storeParameter(parameter);
+    lf_showPath(path);
 }
 
 void lf_lookForRealTraffic() {

@@ -49,7 +49,10 @@ constexpr std::array<const char*, 9> kReasonTexts = {
     "SIMCONNECT ERROR", "READER ERROR", "SYSTEM ERROR", "NEW VERSION"};
 
 void lf_loadLiveries() {
-    if (SCAN_LIVERIES.current) gf_scanLiveries();
+    if (SCAN_LIVERIES.current) {
+        gf_scanLiveries();
+        if (gf_stopAsked()) return;  // a scan that was stopped leaves nothing to load
+    }
     gf_loadScanResults();
 }
 
@@ -88,6 +91,7 @@ void lf_stages() {
     }
     gf_loadAtStart();
     gf_logFlush();
+    gf_prepareScans();
     lf_loadLiveries();
     if (!gf_stopAsked()) lf_scanAirports();
     if (gf_stopAsked()) {

@@ -1,0 +1,351 @@
+#include "liveries/scan.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <thread>
+
+#include "liveries/livery_data.h"
+#include "liveries/reports.h"
+#include "liveries/scan_pool.h"
+#include "platform/clock.h"
+#include "shell/file_names.h"
+#include "shell/messages.h"
+#include "shell/parameter_file.h"
+#include "shell/run_stop.h"
+#include "shell/window_state.h"
+#include "support/data_folder.h"
+
+namespace hcr {
+namespace {
+
+namespace fs = std::filesystem;
+using test::readWhole;
+using test::writeWhole;
+using testing::ElementsAre;
+
+/// A section of an aircraft.cfg.
+std::string section(const std::string& title, const std::string& airline, const std::string& more = {}) {
+    return fmt::format("[FLTSIM.0]\ntitle=\"{}\"\nicao_airline={}\n{}\n", title, airline, more);
+}
+
+std::string general(const std::string& type) {
+    return fmt::format("[GENERAL]\nicao_type_designator=\"{}\"\n", type);
+}
+
+struct Scan : testing::Test {
+    test::DataFolder folder;
+    fs::path community = folder.path / "sim/Community";
+
+    Scan() {
+        fs::create_directories(community);
+        MSFS_INSTALL_PATH.current.set((folder.path / "sim").string());
+        gf_saveParameters(false);
+        folder.readDbase();
+        folder.encipher(gFiles().aigEnc, "<AIG-regcodes><livery title=\"unused\"/></AIG-regcodes>");
+        gf_prepareScans();
+        forgetStop();
+    }
+    ~Scan() override {
+        gf_awaitScanWorkers();
+        forgetStop();
+        gf_clearMessage();
+    }
+
+    static void forgetStop() {
+        gStop = false;
+        gExitReason = ExitReason::notYetSet;
+    }
+
+    /// An aircraft of a package with one livery, or with these sections.
+    void aircraft(const std::string& path, const std::string& type, const std::string& title,
+                  const std::string& airline, const std::string& more = {}) const {
+        writeWhole(community / path / "aircraft.cfg", general(type) + section(title, airline, more));
+    }
+
+    /// The titles of the written liveries, in their order.
+    static std::vector<std::string> titles() {
+        std::vector<std::string> found;
+        const std::string text = readWhole(gFiles().liveriesScanned), mark = "title=\"";
+        for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
+            at += mark.size();
+            found.push_back(text.substr(at, text.find('"', at) - at));
+        }
+        return found;
+    }
+
+    static void expectFailure(const std::string& text) {
+        try {
+            gf_scanLiveries();
+            ADD_FAILURE() << "nothing was thrown instead of " << text;
+        } catch (const std::exception& fault) {
+            EXPECT_EQ(fault.what(), text);
+        }
+        EXPECT_TRUE(SCAN_LIVERIES.current) << "it is to be tried again";
+        EXPECT_TRUE(AI_PACKAGE_SELECTOR.enabled);
+        EXPECT_TRUE(gScanList.empty());
+    }
+
+    static void waitUntil(const std::function<bool()>& condition) {
+        while (!condition()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+};
+
+TEST_F(Scan, TheSelectorTellsWhichPackagesAreSearchedAndInWhichOrder) {
+    for (const char* name : {"z-fsltl-traffic-base", "a-fsltl-traffic-base_CVT_", "aig-aitraffic-oci-beta",
+                             "aig-aitraffic-oci_CVT_x", "justflight-fstraffic-module", "my-user-aitraffic", "IVAO_MTL",
+                             "aig-aitraffic-oci2", "FSLTL-TRAFFIC-BASE"}) {
+        fs::create_directories(community / name);
+    }
+    const struct {
+        const char* selector;
+        std::vector<std::string> names;
+    } cases[] = {
+        {"AIG, FSLTL, JF, MTL",
+         {"aig-aitraffic-oci-beta", "z-fsltl-traffic-base", "justflight-fstraffic-module", "IVAO_MTL",
+          "my-user-aitraffic"}},
+        {"MTL, AIG", {"IVAO_MTL", "aig-aitraffic-oci-beta", "my-user-aitraffic"}},
+        {"JF", {"justflight-fstraffic-module", "my-user-aitraffic"}},
+    };
+    for (const auto& one : cases) {
+        AI_PACKAGE_SELECTOR.current.set(one.selector);
+        FolderList found, wanted;
+        lf_findAutoFolders(community, found);
+        for (const std::string& name : one.names) wanted.push_back(community / name);
+        EXPECT_EQ(found, wanted) << one.selector;
+    }
+    EXPECT_TRUE(folder.logged("Automatic IVAO_MTL scan found folder: '" + (community / "IVAO_MTL").string() + "'\n"));
+    fs::create_directories(community / "a-justflight-aircraft-traffic-fleet");
+    FolderList found;
+    lf_findAutoFolders(community, found);
+    EXPECT_EQ(found.front(), community / "a-justflight-aircraft-traffic-fleet");
+}
+
+TEST_F(Scan, OfAPairInTwoPackagesTheFirstPackageKeepsAllAndTheOtherPairsStay) {
+    aircraft("aig-aitraffic-oci/B738", "B738", "aig 1", "KLM");
+    aircraft("aig-aitraffic-oci/B738b", "B738", "aig 2", "KLM", "atc_parking_types=CARGO");
+    aircraft("fsltl-traffic-base/B738", "B738", "fsltl 1", "KLM");
+    aircraft("fsltl-traffic-base/A320", "A320", "fsltl 2", "KLM", "atc_id=PH-AAA");
+    aircraft("fsltl-traffic-base/B738b", "B738", "fsltl 3", "DLH");
+    aircraft("fsltl-traffic-base/B738c", "B738", "unused", "DLH");
+    aircraft("user-aitraffic/B738", "B738", "own", "DLH");
+    gWindow.liveryCount = 7;
+    gf_scanLiveries();
+    EXPECT_THAT(titles(), ElementsAre("fsltl 3", "fsltl 2", "aig 1", "aig 2"));
+    EXPECT_NE(readWhole(gFiles().liveriesScanned)
+                  .find("<liv airl=\"KLM\" type=\"B738\" cargo=\"true\" title=\"aig 2\" />"),
+              std::string::npos);
+    EXPECT_FALSE(SCAN_LIVERIES.current);
+    EXPECT_NE(readWhole(gFiles().settings).find("name=\"SCAN_LIVERIES\" value=\"false\""), std::string::npos);
+    EXPECT_TRUE(gScanList.empty());
+    EXPECT_TRUE(seenTitles.empty());
+    EXPECT_EQ(scanThreadsActive, 0);
+    EXPECT_EQ(gf_currentMessage(), "");
+    EXPECT_TRUE(folder.logged("liveries scan automatic starts ++"));
+    EXPECT_TRUE(folder.logged("\n2 liveries found in " + (community / "aig-aitraffic-oci").string() + "\n"));
+    EXPECT_TRUE(folder.logged("\n1 liverie found in " + (community / "user-aitraffic").string() + "\n6 in total\n"));
+    EXPECT_TRUE(folder.logged("\nNo errors\n"));
+    EXPECT_TRUE(folder.logged("\n++++++++++++++++++++++++ liveries scan ends ++++++++++++++++++++++++++++++++\n\n"));
+
+    AI_PACKAGE_SELECTOR.current.set("FSLTL, AIG");
+    gf_scanLiveries();
+    EXPECT_THAT(titles(), ElementsAre("fsltl 3", "fsltl 2", "fsltl 1"));
+    LIG_PRIORITIZE.current = false;
+    gf_scanLiveries();
+    EXPECT_THAT(titles(), ElementsAre("fsltl 3", "own", "fsltl 2", "aig 1", "aig 2", "fsltl 1"));
+}
+
+TEST_F(Scan, WhatTheRecordsSayCountsForThePriority) {
+    folder.readDbase(R"(<dbase><db reg="PH-AAA" airl="DLH" type="A320" /></dbase>)");
+    aircraft("aig-aitraffic-oci/B738", "B738", "painted anew", "KLM", "atc_id=PH-AAA");
+    aircraft("fsltl-traffic-base/B738", "B738", "other", "KLM");
+    gf_scanLiveries();
+    EXPECT_THAT(titles(), ElementsAre("painted anew", "other"));
+}
+
+TEST_F(Scan, WithoutPackagesOrLiveriesItEndsInAMessageForTheUser) {
+    writeWhole(gFiles().liveriesScanned, "old");
+    AI_PACKAGE_SELECTOR.current.set("MTL");
+    aircraft("fsltl-traffic-base/B738", "B738", "one", "KLM");
+    expectFailure(
+        "43: Automatic scan has not found any AI packages, choose a different selection (or go to Manual mode, see "
+        "Manual 5.2)");
+    EXPECT_EQ(readWhole(gFiles().liveriesScanned), "old");
+    fs::create_directories(community / "user-aitraffic");
+    gWindow.liveryCount = 7;
+    expectFailure(
+        "143: Automatic scan has not found any liveries, choose a different selection, or switch off automatic and set "
+        "lfolder parameter(-s)");
+    EXPECT_TRUE(folder.logged("No liveries found in " + (community / "user-aitraffic").string() + "\n"));
+    EXPECT_EQ(gWindow.liveryCount, 0U);
+    EXPECT_FALSE(fs::exists(gFiles().liveriesScanned));
+    AI_PACKAGE_SELECTOR.current.set("AIG,FSLTL");
+    expectFailure("AI_PACKAGE_SELECTOR not set");
+    AI_PACKAGE_SELECTOR.current.set("AIG");
+    MSFS_INSTALL_PATH.current.set("");
+    expectFailure(
+        "43: Automatic scan has not found any AI packages, choose a different selection (or go to Manual mode, see "
+        "Manual 5.2)");
+}
+
+TEST_F(Scan, ManualFoldersAreScannedInTheirOrder) {
+    LIG_AUTOMATIC.current = false;
+    unsetenv("DISPLAY");  // nothing is to be opened on the developer's screen
+    unsetenv("WAYLAND_DISPLAY");
+    expectFailure(
+        "48: Exit Halcyrane first!   Then set one or more lfolder parameters to your liveries, see Manual 5.2");
+    lfolder9.current.set((community / "second").string());
+    expectFailure("243: the path pointed to by parameter 'lfolder9' does not exist, see Log.txt!");
+    EXPECT_TRUE(folder.logged("==> lfolder9: '" + (community / "second").string() + "' does not exist\n"));
+    fs::create_directories(community / "second");
+    expectFailure("53: no liveries found");
+    aircraft("second/B738", "B738", "from the second", "KLM");
+    aircraft("first/B738", "B738", "from the first", "KLM");
+    lfolder2.current.set(community.string() + "\\first\\");
+    gf_scanLiveries();
+    EXPECT_THAT(titles(), ElementsAre("from the first"));
+    EXPECT_TRUE(folder.logged("liveries scan manual starts ++"));
+}
+
+TEST_F(Scan, FoldersThatAreNoneAreToldAndDoNotCount) {
+    aircraft("a/B738", "B738", "a", "KLM");
+    writeWhole(community / "file", "");
+    EXPECT_TRUE(lf_scanFolders({"", community / "absent", community / "file", community / "a"}));
+    EXPECT_TRUE(folder.logged((community / "absent").string() + " does not exist, skipped!\n" +
+                              (community / "file").string() + " is not a folder name, skipped!\n"));
+    EXPECT_THAT(titles(), ElementsAre("a"));
+}
+
+TEST_F(Scan, TheWalkEntersWhatHoldsAircraft) {
+    const std::string longName(100, 'n');
+    const fs::path deep = community / "p" / longName / std::string(249 - community.string().size() - 104, 'm');
+    ASSERT_EQ(deep.string().size(), 249U - 1);
+    const auto put = [&](const fs::path& file, const std::string& title) {
+        writeWhole(file, general("B738") + section(title, "KLM"));
+    };
+    put(community / "p/AIRCRAFT.CFG", "capitals");
+    put(community / "p/aircraft.cfg.bak", "another extension");
+    put(community / "p/aircraft.txt", "another extension 2");
+    put(community / "p/my-aircraft.cfg", "another stem");
+    put(community / "p/x-airport-y/aircraft.cfg", "a scenery");
+    put(community / "p/Airport/aircraft.cfg", "no scenery");
+    put(community / "p/x_CVT_/deep/aircraft.cfg", "a copy");
+    put(deep / "aircraft.cfg", "a path of more than 250 bytes");
+    put(deep / "nn/aircraft.cfg", "a folder of more than 250 bytes");
+    put(community / "p/b\xFF/aircraft.cfg", "no text");
+    fs::create_directory_symlink(community / "p", community / "p/circle");
+    fs::create_symlink("itself", community / "p/itself");
+    fs::create_symlink("nowhere", community / "p/x");
+    fs::create_directories(community / "elsewhere");
+    put(community / "elsewhere/some.cfg", "linked");
+    fs::create_directories(community / "p/linked");
+    fs::create_symlink(community / "elsewhere/some.cfg", community / "p/linked/aircraft.cfg");
+    fs::create_directories(community / "p/folder/aircraft.cfg");
+    EXPECT_TRUE(lf_scanFolders({community / "p"}));
+    EXPECT_THAT(titles(), ElementsAre("a path of more than 250 bytes", "capitals", "linked", "no scenery"));
+    EXPECT_TRUE(folder.logged("==> liveries search in " + (community / "p/").string() +
+                              " aborted, cause: the name of a folder is no valid text\n"));
+}
+
+TEST_F(Scan, AnUnreadableFolderDoesNotEndTheWalk) {
+    EXPECT_NO_THROW(lf_scanFolder(1, community / "gone"));
+    EXPECT_TRUE(folder.logged("==> liveries search in " + (community / "gone").string() + " aborted, cause: "));
+    EXPECT_TRUE(gScanList.empty());
+}
+
+TEST_F(Scan, FilesOfTheIvaoPackageHaveTheirOwnReader) {
+    const fs::path aircraft = community / "IVAO_MTL/SimObjects/Airplanes/IVAO_B738";
+    fs::create_directories(aircraft / "texture.KLM");
+    writeWhole(aircraft / "aircraft.cfg", "[fltsim.0]\ntitle=B738 KLM\ntexture=KLM\n");
+    gf_scanLiveries();
+    EXPECT_NE(readWhole(gFiles().liveriesScanned).find("airl=\"KLM\" type=\"B738\" title=\"B738 KLM\""),
+              std::string::npos);
+}
+
+TEST_F(Scan, TwoScansOfOneTreeGiveTheSameBytes) {
+    for (int i = 0; i < 200; ++i) {
+        aircraft(fmt::format("aig-aitraffic-oci/{}/{}", i % 7, i), i % 3 == 0 ? "B738" : "A320",
+                 fmt::format("title {}", i * 7919 % 1000), i % 2 == 0 ? "KLM" : "QQQ");
+    }
+    gf_scanLiveries();
+    ASSERT_EQ(titles().size(), 200U);
+    const std::string first = readWhole(gFiles().liveriesScanned), faults = readWhole(gFiles().invalidAirlines);
+    EXPECT_FALSE(faults.empty());
+    gf_scanLiveries();
+    EXPECT_EQ(readWhole(gFiles().liveriesScanned), first);
+    EXPECT_EQ(readWhole(gFiles().invalidAirlines), faults);
+    EXPECT_TRUE(folder.logged("100 invalid airline codes, see "));
+}
+
+/// Workers that wait for the lock stand for files that take their time.
+TEST_F(Scan, AStopIsAnsweredAlthoughFilesAreBeingRead) {
+    for (int i = 0; i < 100; ++i) {
+        aircraft(fmt::format("aig-aitraffic-oci/{}", i), "B738", fmt::format("title {}", i), "KLM");
+    }
+    scanThreadLimit = 2;
+    std::unique_lock slowFiles(gSeenTitlesMutex);
+    std::thread run(gf_scanLiveries);
+    waitUntil([] { return scanThreadsActive == scanThreadLimit; });
+    gf_requestStop(ExitReason::newSettings, 2);
+    run.join();
+    EXPECT_TRUE(SCAN_LIVERIES.current);
+    EXPECT_TRUE(gScanList.empty());
+    EXPECT_FALSE(fs::exists(gFiles().liveriesScanned));
+    EXPECT_FALSE(gf_scanWorkersEnded());
+
+    // The next run's scan begins with what these leave.
+    forgetStop();
+    std::thread next(gf_scanLiveries);
+    slowFiles.unlock();
+    next.join();
+    EXPECT_EQ(titles().size(), 100U);
+    EXPECT_TRUE(folder.logged("\nNo errors\n"));
+}
+
+TEST_F(Scan, AStopBeforeItsStartLeavesTheOldResults) {
+    aircraft("aig-aitraffic-oci/a", "B738", "title", "KLM");
+    writeWhole(gFiles().liveriesScanned, "old");
+    gf_requestStop(ExitReason::newSettings, 2);
+    gf_scanLiveries();
+    EXPECT_EQ(readWhole(gFiles().liveriesScanned), "old");
+    EXPECT_TRUE(SCAN_LIVERIES.current);
+}
+
+TEST_F(Scan, AFileOfMoreThanTenSecondsIsLeftOutAndTheRestIsWritten) {
+    aircraft("aig-aitraffic-oci/a", "B738", "slow", "KLM");
+    writeWhole(community / "aig-aitraffic-oci/b/aircraft.cfg", "[GENERAL]\n");
+    aircraft("fsltl-traffic-base/c", "B738", "fast", "DLH");
+    scanThreadLimit = 2;
+    gf_speedClock(500);
+    std::unique_lock slowFile(gSeenTitlesMutex);
+    std::thread run(gf_scanLiveries);
+    waitUntil([&] {
+        return folder.logged("==> liveries search aborted, futs outer, Future wait timed out after 10 seconds\n");
+    });
+    slowFile.unlock();
+    run.join();
+    gf_releaseClock();
+    EXPECT_TRUE(folder.logged((community / "aig-aitraffic-oci/a/aircraft.cfg").string() + " takes too long\n"));
+    EXPECT_THAT(titles(), ElementsAre("fast"));
+}
+
+TEST_F(Scan, AReaderThatThrowsCostsItsFileOnly) {
+    ScanPool pool(1);
+    const ScanReader throws = [](i32, const fs::path&) -> std::vector<LiveryData> {
+        throw std::runtime_error("no memory");
+    };
+    const ScanReader reads = [](i32 order, const fs::path& path) {
+        return std::vector<LiveryData>{{"KLM", "B738", path.string(), "", order, false}};
+    };
+    ScanFuture bad = gf_startReading(pool, throws, 1, "bad"), good = gf_startReading(pool, reads, 3, "good");
+    EXPECT_THROW(bad.liveries.get(), std::runtime_error);
+    const std::vector<LiveryData> liveries = good.liveries.get();
+    EXPECT_EQ(liveries.at(0).title, "good");
+    EXPECT_EQ(liveries.at(0).folderOrder, 3);
+    EXPECT_TRUE(gf_endScanPool(pool));
+}
+
+}  // namespace
+}  // namespace hcr

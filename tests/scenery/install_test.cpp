@@ -1,0 +1,213 @@
+#include "scenery/install.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include "shell/file_names.h"
+#include "shell/log.h"
+#include "shell/messages.h"
+#include "shell/parameter_file.h"
+#include "shell/run_stop.h"
+#include "shell/window_state.h"
+#include "support/data_folder.h"
+
+namespace hcr {
+namespace {
+
+namespace fs = std::filesystem;
+using test::writeWhole;
+
+/// A computer with the known folders `config` (roaming) and `data` (local), on which nothing is installed.
+struct Install : testing::Test {
+    test::DataFolder folder;
+    fs::path roaming = folder.path / "config", local = folder.path / "data";
+
+    Install() {
+        setenv("XDG_DATA_HOME", local.c_str(), 1);
+        gf_saveParameters(true);
+        forgetStop();
+    }
+    ~Install() override {
+        unsetenv("XDG_DATA_HOME");
+        forgetStop();
+        gWindow.fatalMessage.clear();
+        gf_clearMessage();
+    }
+
+    static void forgetStop() {
+        gStop = false;
+        gUserStop = false;
+        gExitReason = ExitReason::notYetSet;
+        gRestartSeconds = 0;
+    }
+
+    fs::path storeCfg() const {
+        return local / "Packages/Microsoft.FlightSimulator_8wekyb3d8bbwe/LocalCache/UserCfg.opt";
+    }
+
+    /// A package folder of that name with these folders.
+    fs::path packages(const std::string& name, std::initializer_list<const char*> folders) const {
+        for (const char* child : folders) fs::create_directories(folder.path / name / child);
+        return folder.path / name;
+    }
+
+    /// A copy of what parameters.xml holds of this parameter.
+    static std::string stored(const StringParameter& parameter) {
+        const std::string file = test::readWhole(gFiles().settings);
+        const std::string item = "name=\"" + parameter.name + "\" value=\"";
+        const std::size_t at = file.find(item);
+        if (at == std::string::npos) return "(missing)";
+        return file.substr(at + item.size(), file.find('"', at + item.size()) - at - item.size());
+    }
+
+    void enter(const std::string& text) const {
+        gf_enterInstallPath(gf_installParameter(), text);
+    }
+};
+
+TEST_F(Install, SteamsFolderWinsOverUserCfgWhenItHoldsThePackages) {
+    const fs::path named = packages("named", {"Community", "Official"});
+    writeWhole(storeCfg(), "InstalledPackagesPath \"" + named.string() + "\"\n");
+    const fs::path steam = roaming / "Microsoft Flight Simulator/Packages";
+    fs::create_directories(steam / "Community");
+    EXPECT_EQ(gf_detectInstallPath(), named) << "without the official packages";
+    fs::create_directories(steam / "Official");
+    EXPECT_EQ(gf_detectInstallPath(), steam);
+    SIM_CHOICE.current.set("MSFS 2024");
+    EXPECT_EQ(gf_detectInstallPath(), "") << "these are the other simulator's";
+    EXPECT_TRUE(folder.logged("Steam packages:" + (roaming / "Microsoft Flight Simulator 2024/Packages").string()));
+}
+
+TEST_F(Install, TheFirstUserCfgInTheOrderOfTheCandidatesCounts) {
+    for (const char* simulator : {"MSFS 2020", "MSFS 2024"}) {
+        SIM_CHOICE.current.set(simulator);
+        const bool is2024 = gf_sim2024Chosen();
+        const fs::path store = is2024 ? local / "Packages/Microsoft.Limitless_8wekyb3d8bbwe/LocalCache/UserCfg.opt"
+                                      : storeCfg();
+        const fs::path steam1 =
+            roaming / (is2024 ? "Microsoft Flight Simulator 2024" : "Microsoft Flight Simulator") / "UserCfg.opt";
+        const fs::path steam2 = local / "Packages/Microsoft.FlightDashboard_8wekyb3d8bbwe/LocalCache/UserCfg.opt";
+        const fs::path boxed = local / "MSFSPackages/UserCfg.opt";
+        EXPECT_EQ(gf_findUserCfg(), boxed);
+        EXPECT_EQ(gf_installedPackagesPath(), "");
+        EXPECT_TRUE(folder.logged("MSFS detection, no Store:" + store.string() +
+                                  "\nMSFS detection, no Steam1:" + steam1.string() +
+                                  "\nMSFS detection, no Steam2:" + steam2.string() +
+                                  "\nMSFS detection, no Boxed:" + boxed.string() + "\nNo UserCfg.opt found?\n"));
+        for (const fs::path& candidate : {boxed, steam2, steam1, store}) {
+            writeWhole(candidate, "");
+            EXPECT_EQ(gf_findUserCfg(), candidate);
+        }
+        for (const fs::path& candidate : {boxed, steam2, steam1, store}) fs::remove(candidate);
+    }
+}
+
+TEST_F(Install, TheFirstLineWithTheKeyNamesThePackages) {
+    const std::string good = packages("with blank", {"Community", "Official2024"}).string();
+    std::string withBackslashes = good;
+    std::replace(withBackslashes.begin(), withBackslashes.end(), '/', '\\');
+    const struct {
+        const char* name;
+        std::string content;
+        bool found;
+    } cases[] = {
+        {"between the quotes", "{Video\r\n}\r\nInstalledPackagesPath \"" + good + "\" // mine\r\n", true},
+        {"backslashes", "InstalledPackagesPath \"" + withBackslashes + "\"\n", true},
+        {"no last line feed", "InstalledPackagesPath \"" + good + "\"", true},
+        {"no quotes", "InstalledPackagesPath " + good + "\n", false},
+        {"one quote", "InstalledPackagesPath \"" + good + "\n", false},
+        {"nothing between", "InstalledPackagesPath \"\" \"" + good + "\"\n", false},
+        {"not there", "InstalledPackagesPath \"" + good + "x\"\n", false},
+        {"the first counts", "InstalledPackagesPath \"\"\nInstalledPackagesPath \"" + good + "\"\n", false},
+        {"no such key", "Packages \"" + good + "\"\n", false},
+        {"a NUL byte", "InstalledPackagesPath \"" + good + std::string(1, '\0') + "\"\n", false},
+        {"bytes of a code page", "InstalledPackagesPath \"/Spiele/M\xFCller\"\n", false},
+        {"an endless line", "InstalledPackagesPath " + std::string(10'000'000, 'x'), false},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        writeWhole(storeCfg(), one.content);
+        fs::remove("Log.txt");
+        gf_openLog();
+        EXPECT_EQ(gf_installedPackagesPath(), one.found ? good : "");
+        EXPECT_TRUE(folder.logged("UserCfg.opt: InstalledPackagesPath=" + (one.found ? good : "???") + "\n"));
+    }
+}
+
+TEST_F(Install, APathThatCannotBeLookedAtIsNoAbsentPath) {
+    fs::create_symlink("circle", folder.path / "circle");
+    writeWhole(storeCfg(), "InstalledPackagesPath \"" + (folder.path / "circle").string() + "\"\n");
+    EXPECT_THROW(gf_installedPackagesPath(), fs::filesystem_error);
+    fs::remove(storeCfg());
+    fs::create_symlink("UserCfg.opt", storeCfg());
+    EXPECT_THROW(gf_findUserCfg(), fs::filesystem_error);
+    enter((folder.path / "circle").string());
+    EXPECT_TRUE(gf_currentMessage().starts_with("Cannot access install path '" + (folder.path / "circle").string()));
+    EXPECT_FALSE(gStop);
+}
+
+TEST_F(Install, TheUserMayTypeThePackageFolderOrItsCommunityFolder) {
+    const std::string both = packages("sim", {"Community", "Community/Community"}).string();
+    const std::string found = "Community path found, Halcyrane will restart ...";
+    packages("sim", {"Official", "other"});
+    const struct {
+        std::string typed, stored, message;
+    } cases[] = {
+        {both, both, found},
+        {both + "/", both + "/", found},
+        {both + "/Community", both, found},
+        {both + "//Community//", both, found},
+        {both + "\\Community\\", both, found},
+        {both + "/Community/Community", both + "/Community", found},
+        {both + "/other", "", "This path exists but is not a path to Community ..."},
+        {both + "/absent", "", "This install path does not exist: " + both + "/absent"},
+        {std::string(5000, 'x'), "", "This install path does not exist: " + std::string(5000, 'x')},
+        {"/", "", "This path exists but is not a path to Community ..."},
+        {"\xFF", "", "Cannot access install path '\xFF': utf8_to_wide: invalid UTF-8"},
+    };
+    for (const bool is2024 : {false, true}) {
+        SIM_CHOICE.current.set(is2024 ? "MSFS 2024" : "MSFS 2020");
+        for (const auto& one : cases) {
+            SCOPED_TRACE(one.typed);
+            forgetStop();
+            gf_installParameter().current.set("");
+            gf_storeParameter(gf_installParameter());
+            gf_showError("No install path detected.");
+            enter(one.typed);
+            EXPECT_EQ(gf_installParameter().current.get(), one.stored);
+            EXPECT_EQ(stored(gf_installParameter()), one.stored);
+            EXPECT_EQ(gf_currentMessage(), one.message);
+            EXPECT_EQ(gStop, !one.stored.empty());
+            if (gStop) {
+                EXPECT_EQ(gExitReason, ExitReason::newSettings);
+                EXPECT_EQ(gRestartSeconds, 3);
+            }
+        }
+    }
+    EXPECT_EQ(stored(MSFS_INSTALL_PATH), "");
+}
+
+TEST_F(Install, ACommunityFolderWithoutParentIsRefused) {
+    fs::create_directories("Community");
+    enter("Community");
+    EXPECT_EQ(gf_currentMessage(), "This path does not contain a valid Community folder (unexpected).");
+    EXPECT_FALSE(gStop);
+}
+
+TEST_F(Install, AnEmptyEntryForgetsThePathAndDoesNotRestart) {
+    MSFS_INSTALL_PATH.current.set("/sim2020");
+    MSFS_2024_INSTALL_PATH.current.set("/sim2024");
+    gf_saveParameters(false);
+    EXPECT_EQ(gf_simulatorPath("Community"), "/sim2020/Community");
+    SIM_CHOICE.current.set("MSFS 2024");
+    gf_showError("some error");
+    enter("");
+    EXPECT_EQ(stored(MSFS_2024_INSTALL_PATH), "");
+    EXPECT_EQ(stored(MSFS_INSTALL_PATH), "/sim2020");
+    EXPECT_EQ(gf_simulatorPath("Community"), "");
+    EXPECT_EQ(gf_currentMessage(), "");
+    EXPECT_FALSE(gStop);
+}
+
+}  // namespace
+}  // namespace hcr

@@ -219,9 +219,9 @@ TEST_F(Scan, FoldersThatAreNoneAreToldAndDoNotCount) {
 }
 
 TEST_F(Scan, TheWalkEntersWhatHoldsAircraft) {
-    const std::string longName(100, 'n');
-    const fs::path deep = community / "p" / longName / std::string(249 - community.string().size() - 104, 'm');
-    ASSERT_EQ(deep.string().size(), 249U - 1);
+    const fs::path longName = community / "p" / std::string(100, 'n');
+    const fs::path deep = longName / std::string(249 - longName.string().size() - 1, 'm');
+    const fs::path deeper = deep.string() + "m";
     const auto put = [&](const fs::path& file, const std::string& title) {
         writeWhole(file, general("B738") + section(title, "KLM"));
     };
@@ -233,7 +233,7 @@ TEST_F(Scan, TheWalkEntersWhatHoldsAircraft) {
     put(community / "p/Airport/aircraft.cfg", "no scenery");
     put(community / "p/x_CVT_/deep/aircraft.cfg", "a copy");
     put(deep / "aircraft.cfg", "a path of more than 250 bytes");
-    put(deep / "nn/aircraft.cfg", "a folder of more than 250 bytes");
+    put(deeper / "aircraft.cfg", "a folder of 250 bytes");
     put(community / "p/b\xFF/aircraft.cfg", "no text");
     fs::create_directory_symlink(community / "p", community / "p/circle");
     fs::create_symlink("itself", community / "p/itself");

@@ -48,7 +48,11 @@ enum Field : std::size_t {
 };
 
 constexpr i32 kPlayingDelayCs = 3000;  // a report is played half a minute after its arrival
+// So many reports wait at most, 15 seconds' work of the worker. A longer queue would bring them after the time at which
+// they are played, and no aircraft would fly at all; what is lost instead are single positions.
+constexpr std::size_t kLongestQueue = 3000;
 constexpr std::size_t kLongestRegistration = 12;
+constexpr std::size_t kLongestCallsign = 31;  // the simulator knows an aircraft again by so many bytes
 constexpr std::size_t kLongestModel = 4;
 constexpr f64 kParkAirportNm = 5;     // ground movements are shown this near to the park airport
 constexpr f64 kLowFt = 14000;         // above it no aircraft is taken as standing at an airport
@@ -310,7 +314,9 @@ bool lf_decodeAltitude(DecodedLine& line) {
 bool lf_takeCallsign(DecodedLine& line) {
     std::string_view callsign = lf_text(line.fields[kCallsign]);
     if (callsign.find('@') != std::string_view::npos) callsign = {};
-    if (lf_isOneOf(kNoAircraftCallsigns, callsign)) return lf_drop(line, LineDrop::callsign);
+    if (callsign.size() > kLongestCallsign || lf_isOneOf(kNoAircraftCallsigns, callsign)) {
+        return lf_drop(line, LineDrop::callsign);
+    }
     line.callsign = callsign;
     return !callsign.empty() || !line.registration.empty() || lf_drop(line, LineDrop::noIdentity);
 }
@@ -360,9 +366,22 @@ void lf_takeTas(DecodedLine& line) {
     s.tas = unknown ? lf_usualTas(s.alt) : *tas;
 }
 
+// This thread alone writes the counters; so it needs no locked addition.
+void lf_count(std::atomic<u64>& counter) {
+    counter.store(counter.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+}
+
+void lf_count(LineDrop reason) {
+    lf_count(gFeedCounters.dropped[static_cast<int>(reason)]);
+}
+
 bool lf_queue(DecodedLine& line) {
     const std::lock_guard lock(gReportMutex);
     if (!gAcceptReports) return lf_drop(line, LineDrop::notAccepting);
+    if (gReports.size() >= kLongestQueue) {
+        gReports.pop_front();
+        lf_count(LineDrop::overtaken);
+    }
     TrafficReport& report = gReports.emplace_back();
     report.sample = line.sample;
     report.sample.time = simTick + kPlayingDelayCs;
@@ -393,15 +412,6 @@ bool lf_decode(DecodedLine& line) {
     lf_takeRoll(line);
     lf_takeTas(line);
     return lf_queue(line);
-}
-
-// This thread alone writes the counters; so it needs no locked addition.
-void lf_count(std::atomic<u64>& counter) {
-    counter.store(counter.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-}
-
-void lf_count(LineDrop reason) {
-    lf_count(gFeedCounters.dropped[static_cast<int>(reason)]);
 }
 
 }  // namespace

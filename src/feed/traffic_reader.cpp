@@ -42,6 +42,8 @@ const char* gf_lineDropName(LineDrop reason) {
             return "on the ground elsewhere";
         case LineDrop::notAccepting:
             return "not accepting";
+        case LineDrop::overtaken:
+            return "too many at once";
         case LineDrop::count_:
             break;
     }

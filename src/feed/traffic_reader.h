@@ -25,6 +25,7 @@ enum class LineDrop : i32 {
     noIdentity,    ///< neither callsign nor registration
     onGround,      ///< on the ground away from the park airport
     notAccepting,  ///< gAcceptReports is off
+    overtaken,     ///< taken before, but never looked at: more came than can be handled
     count_
 };
 const char* gf_lineDropName(LineDrop reason);

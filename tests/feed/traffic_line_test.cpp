@@ -165,6 +165,22 @@ TEST_F(TrafficLine, ALineNeedsTwentyNineFieldsOfAnyContent) {
     EXPECT_EQ(gTrafficReader.fields, (std::vector<std::string_view>{"a", "b", ""}));
 }
 
+TEST_F(TrafficLine, AFeedThatIsTooFastLosesTheOldestReportsNotAllAircraft) {
+    const u64 before = drops(LineDrop::overtaken);
+    constexpr u32 kFirstId = 20000, kLines = 5000;
+    for (u32 i = 0; i < kLines; ++i) {
+        datagram = Line().with(1, std::to_string(kFirstId + i)).text();
+        gTrafficReader.text = datagram;
+        processLine(gTrafficReader);
+    }
+    const u64 lost = drops(LineDrop::overtaken) - before;
+    EXPECT_EQ(gReports.size() + lost, kLines);
+    EXPECT_GE(gReports.size(), 2000U) << "a burst of so many is taken whole";
+    EXPECT_LE(gReports.size(), 4000U) << "what waits longer comes too late to be played";
+    EXPECT_EQ(gReports.front().hexid, kFirstId + lost);
+    EXPECT_EQ(gReports.back().hexid, kFirstId + kLines - 1);
+}
+
 TEST_F(TrafficLine, PositionsAtTheNullIslandAreRefused) {
     gTrafficReader.userLat = gTrafficReader.userLon = 0;
     EXPECT_EQ(decode(Line().with(2, "0.00005").with(3, "0.00005")), nullptr);

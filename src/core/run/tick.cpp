@@ -42,13 +42,18 @@ constexpr i32 kMinutesBetweenRenewals = 20;
 bool gRenewPhase = false;
 std::string gCallsigns;
 
-void lf_takeReports() {
+bool lf_takeReport(TrafficReport& report) {
     const std::lock_guard lock(gReportMutex);
-    for (int i = 0; i < kReportsPerCycle && !gReports.empty(); ++i) {
-        TrafficReport report = std::move(gReports.front());
-        gReports.pop_front();
-        gf_decodeReport(report);
-    }
+    if (gReports.empty()) return false;
+    report = std::move(gReports.front());
+    gReports.pop_front();
+    return true;
+}
+
+// The reports are handled without the lock, so that the Traffic Reader never waits for it.
+void lf_takeReports() {
+    TrafficReport report;
+    for (int i = 0; i < kReportsPerCycle && lf_takeReport(report); ++i) gf_decodeReport(report);
 }
 
 void lf_requestCreationOfNewest() {

@@ -142,7 +142,8 @@ void lf_checkReader(UdpReader& reader) {
     if (silent) {
         lf_lamp(reader) = kLampSilent;
         reader.alive = false;
-    } else if (!reader.alive) {
+    } else if (!reader.alive || lf_lamp(reader) == kLampSilent) {
+        // A reset of the feed sets the mark, but leaves the lamp as it is.
         lf_lamp(reader) = kLampReceiving;
         reader.alive = true;
     }

@@ -144,6 +144,12 @@ TEST_F(Readers, TheLampsFollowWhatArrives) {
     ASSERT_TRUE(soon([] { return gTrafficReader.packetCount == 2; }));
     gf_checkReaders();
     EXPECT_EQ(gWindow.trafficLamp, 1);
+    gf_checkReaders();
+    gf_resetFeed();
+    send(gTrafficReader, goodLine(20003));
+    ASSERT_TRUE(soon([] { return gTrafficReader.packetCount == 3; }));
+    gf_checkReaders();
+    EXPECT_EQ(gWindow.trafficLamp, 1) << "lit again also when the feed was reset while it was silent";
     gWindow.rtConnected = false;
     gf_checkReaders();
     EXPECT_EQ(gWindow.trafficLamp, 1) << "no check while RealTraffic isn't there";

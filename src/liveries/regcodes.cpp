@@ -23,6 +23,7 @@ using Lines = std::vector<std::string>;
 constexpr std::size_t kShortestRegistration = 3, kLongestRegistration = 12;
 constexpr const char* kSpecialMark = "#";
 constexpr std::size_t kLinesOfAFile = 1024;
+constexpr u64 kLargestFile = u64{8} * 1048576;  // bytes: more than all liveries there are; lines take several times it
 
 /// The trimmed pieces of a comma list, sorted and unique; an empty piece is none.
 Lines lf_registrations(std::string_view list) {
@@ -82,6 +83,11 @@ bool lf_readLine(const std::string& line, const std::string& path, Entries& entr
 bool lf_readFile(const std::filesystem::path& file, Entries& entries) {
     const std::string path = gf_shownPath(file);
     gf_log(fmt::format("Processing regcodes file '{}'", path));
+    std::error_code error;
+    if (const std::uintmax_t size = std::filesystem::file_size(file, error); !error && size > kLargestFile) {
+        gf_logError(fmt::format("{}: too large, {} bytes", path, size));
+        return false;
+    }
     Lines lines;
     lines.reserve(kLinesOfAFile);
     if (!gf_readTextFileLines(gf_detectCharset(file), file, lines)) return false;
@@ -96,7 +102,8 @@ bool lf_readFile(const std::filesystem::path& file, Entries& entries) {
 std::vector<std::filesystem::path> lf_textFilesIn(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> files;
     for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.is_regular_file() && gf_upper(gf_shownPath(entry.path().extension())) == ".TXT") {
+        std::error_code error;  // of a link in a circle, say, which must not keep the other files from being read
+        if (entry.is_regular_file(error) && gf_upper(gf_shownPath(entry.path().extension())) == ".TXT") {
             files.push_back(entry.path());
         }
     }

@@ -67,6 +67,17 @@ TEST_F(Regcodes, ALineOfFourFieldsIsRefused) {
     EXPECT_TRUE(folder.logged("==> input/my_regcodes/mine.Txt: wrong format 'a;PH-ABC;#;'"));
 }
 
+TEST_F(Regcodes, AFileThatIsNoListKeepsNoOtherFromBeingRead) {
+    test::writeWhole("input/my_regcodes/large.txt", "one;PH-ABC\n");
+    std::filesystem::resize_file("input/my_regcodes/large.txt", 100'000'000);
+    std::error_code error;  // where links can't be made, the rest is still tested
+    std::filesystem::create_symlink("circle.txt", "input/my_regcodes/circle.txt", error);
+    const auto entries = entriesOf("two;PH-DEF\n", false);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].title, "two");
+    EXPECT_TRUE(folder.logged("==> input/my_regcodes/large.txt: too large, 100000000 bytes\n"));
+}
+
 TEST_F(Regcodes, TheShippedFileMayNotRepeatATitleAtOnce) {
     test::writeWhole(gFiles().aigXml, R"(<AIG-regcodes><livery title="a" reg="1,2"/><livery reg="3"/>
         <livery title="a" reg="4"/><livery title="b"/><livery title="a"/></AIG-regcodes>)");

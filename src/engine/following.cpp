@@ -66,7 +66,8 @@ void lf_logFailure(const char* operation, const char* text, const LiveAc& ac) {
 void lf_onFailure(LiveAc& ac, const char* text) {
     lf_logFailure("updateLiveAc", text, ac);
     const FailureRow& row = lf_failureRow(ac.hexid, simTick);
-    if (row.last - row.first >= kFailureLimitCs && ac.lifeState == LifeState::active) removeAircraftFromSim(ac);
+    if (row.last - row.first < kFailureLimitCs) return;
+    if (ac.lifeState == LifeState::active || ac.lifeState == LifeState::buffer) removeAircraftFromSim(ac);
 }
 
 void lf_reportEmptyStream(LiveAc& ac) {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "core/model/labels.h"
 #include "engine/conflicts.h"
 #include "engine/following.h"
@@ -41,8 +43,13 @@ void lf_takeLook(LiveAc& ac, const DbaseRecord& record) {
     lf_copyIfGiven(ac.model, record.type);
 }
 
+/// A value that the record doesn't give is no other one.
+bool lf_givesOther(std::string_view given, std::string_view present) {
+    return !given.empty() && given != present;
+}
+
 bool lf_showsOther(const LiveAc& ac, const DbaseRecord& record) {
-    return lf_operatorOf(record) != ac.airline || record.type != ac.model;
+    return lf_givesOther(lf_operatorOf(record), ac.airline) || lf_givesOther(record.type, ac.model);
 }
 
 /// False when the aircraft gets another look.
@@ -103,12 +110,15 @@ bool lf_checkRoute(LiveAc& ac, const TrafficReport& report) {
 
 /// False: the new name is a ghost's, and the report must not go on.
 bool lf_takeName(LiveAc& ac, const std::string& name) {
-    if (name.ends_with('_')) {
-        if (lf_isGhostName(name)) return false;
-    } else {
+    // Renamed first: the aircraft's own former name makes neither it nor the new one a ghost.
+    std::string former = std::exchange(ac.callsign, name);
+    if (!name.ends_with('_')) {
         lf_findGhost(name);
+    } else if (lf_isGhostName(name)) {
+        ac.callsign = std::move(former);
+        return false;
     }
-    ac.callsign = ac.coupledCs1 = name;
+    ac.coupledCs1 = name;
     ac.coupledCs2.clear();
     return true;
 }

@@ -6,8 +6,10 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <utility>
 
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
@@ -121,6 +123,21 @@ std::string lf_positionText(const UserAircraftData& user) {
     return fmt::format("Qs121={:.0};{:.0};{:.6f};{:.0};{};{:.6f};{:.6f}\r\n", user.pitch * kAngleUnits,
                        user.bank * kAngleUnits, user.heading, user.alt * kThousandths,
                        lf_shortest(user.groundSpeed * kThousandths), user.lat * kDegToRad, user.lon * kDegToRad);
+}
+
+/// Nobody takes reports while the worker waits, which may be for hours, and at the end those that came are old.
+bool lf_waitForReturn() {
+    if (!gListenSocket.valid()) return false;
+    bool accepting = false;
+    {
+        const std::lock_guard lock(gReportMutex);
+        accepting = std::exchange(gAcceptReports, false);
+    }
+    const bool connected = waitForClient();
+    const std::lock_guard lock(gReportMutex);
+    gReports.clear();
+    gAcceptReports = accepting;
+    return connected;
 }
 
 void lf_noFeedClock() {
@@ -250,7 +267,7 @@ void gf_sendQs121() {
     const UserAircraftData user = gf_lastUserPosition();
     if (!positionKnown(user.lat, user.lon) || !lf_finite(user)) return;
     if (!gConnected) {
-        if (!gf_stopAsked() && waitForClient()) {
+        if (!gf_stopAsked() && lf_waitForReturn()) {
             lf_lightLamp(true);
             gf_log(fmt::format("{} RealTraffic re-connected", gf_timeOfDay()));
             gf_clearMessage();

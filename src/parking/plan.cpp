@@ -51,7 +51,7 @@ bool lf_refreshStatics(const HalfHourSlot& now) {
 }  // namespace
 
 std::atomic<i32> gMaxParked{0};
-bool gRenewalRunning = false;
+std::atomic<bool> gRenewalRunning{false};
 
 void gf_parkTick(bool) {}
 

@@ -10,7 +10,7 @@ namespace hcr {
 // The static parking. Without a park airport its tick has nothing to do.
 
 extern std::atomic<i32> gMaxParked;  ///< wanted number of parked aircraft, static and live together
-extern bool gRenewalRunning;
+extern std::atomic<bool> gRenewalRunning;  ///< the plan is being carried out; the window reads it
 inline i32 gRenewalMinutes = 20;  ///< minutes to the next renewal, counted down by the tick
 
 void gf_parkTick(bool first);

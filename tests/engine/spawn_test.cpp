@@ -247,6 +247,37 @@ TEST_F(Spawn, WithoutGuidChangesTheNewNameIsTakenSilently) {
     EXPECT_EQ(gLiveAcs[0].lifeState, LifeState::active);
 }
 
+TEST_F(Spawn, OwnFormerNameMakesNobodyAGhost) {
+    GUID_CHANGES.current = false;
+    Flight flight;
+    flight.callsign = "KLM1023_";
+    fly(flight, 40);
+    for (const char* name : {"KLM1023", "KLM1023_"}) {
+        flight.callsign = name;
+        fly(flight, now() + 4);
+        ASSERT_EQ(gLiveAcs.size(), 1U);
+        EXPECT_EQ(gLiveAcs[0].callsign, name);
+        EXPECT_EQ(gLiveAcs[0].lifeState, LifeState::active);
+    }
+    EXPECT_TRUE(gGhosts.empty());
+}
+
+TEST_F(Spawn, RegistrationWhoseRecordTellsNothingNewChangesNoLook) {
+    GUID_CHANGES.current = true;
+    dbaseRecords.add("PHBXA", {"", "", "", false});
+    dbaseRecords.add("PHBXB", {"KLM", "", "", false});
+    for (const char* registration : {"PHBXA", "PHBXB"}) {
+        Flight flight;
+        fly(flight, now() + 40);
+        flight.registration = registration;
+        fly(flight, now() + 4);
+        EXPECT_EQ(gLiveAcs[0].registration, registration);
+        EXPECT_FALSE(logHas("respawns"));
+        gLiveAcs.clear();
+        objects.clear();
+    }
+}
+
 TEST_F(Spawn, AirlineIsReadFromThreeLettersAndADigit) {
     EXPECT_EQ(gf_airlineOfCallsign("klm1"), "KLM");
     for (const char* none : {"", "KLM", "KL12", "KLMA1", "1KLM", "\xc3\x84KL1"}) {

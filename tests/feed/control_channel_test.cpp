@@ -84,6 +84,24 @@ TEST_F(ControlChannel, ConnectsAsksForTheVersionAndShowsIt) {
     EXPECT_TRUE(logged("RealTraffic connected\n"));
 }
 
+TEST_F(ControlChannel, NoReportsPileUpWhileRealTrafficIsAwaited) {
+    putUser(52, 4);
+    gReports.emplace_back();
+    gAcceptReports = true;
+    bool closed = false;
+    std::thread rt([&] {
+        closed = soon([] {
+            const std::lock_guard lock(gReportMutex);
+            return !gAcceptReports;
+        });
+        connectPeer();
+    });
+    gf_sendQs121();
+    rt.join();
+    EXPECT_TRUE(closed && gConnected && gAcceptReports);
+    EXPECT_TRUE(gReports.empty());
+}
+
 TEST_F(ControlChannel, TheVersionReplyMayBeAnything) {
     struct Row {
         std::string reply;

@@ -13,7 +13,8 @@
 namespace hcr {
 
 // The engine's tables. They live as long as the process and belong to the run thread, but for gReports, which the
-// Traffic Reader fills under gReportMutex. That mutex stands alone: no other lock is taken while it is held.
+// Traffic Reader fills under gReportMutex. The run thread holds it while it works on the two reports of a cycle, in
+// which it may take the simulator lock or the log's; nobody who holds another lock may take it.
 
 /// A parked live aircraft and the time that it has been there, for the window.
 struct CallsignParked {

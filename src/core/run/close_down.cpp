@@ -111,7 +111,7 @@ void lf_prepareRestart(ExitReason reason) {
         gRestart = false;
         return;
     }
-    gf_resetRun();
+    if (gf_resetRun()) gRestart = false;
 }
 
 void lf_closingSteps() {
@@ -168,7 +168,7 @@ void gf_showRestartCountdown() {
     gf_log("Restart countdown finished");
 }
 
-void gf_resetRun() {
+bool gf_resetRun() {
     gf_resetFeed();
     gf_resetSimSession();
     gf_resetQueues();
@@ -195,6 +195,7 @@ void gf_resetRun() {
     gSimTime = 0;
     gQnh = 1013;
     gRenewStatics = false;
+    gRenewPhase = false;
     for (std::atomic<bool>* flag : {&gFlushStaticCmd, &gReReadCmd, &gRefreshCsListCmd, &gShowSelectionCmd, &gBlockCmd,
                                     &gClearNoMatchCmd}) {
         *flag = false;
@@ -205,8 +206,9 @@ void gf_resetRun() {
     gSlot = HalfHourSlot{};
     gRestartSeconds = 0;
     gExitReason = ExitReason::notYetSet;
-    gUserStop = false;
+    const bool closedByUser = gUserStop.exchange(false);
     gStop = false;
+    return closedByUser;
 }
 
 }  // namespace hcr

@@ -31,6 +31,7 @@ bool gProduction = false;
 u32 gSeconds = 0;
 bool gFlightStopped = false;
 i32 gNotRunningCycles = 100;
+bool gRenewPhase = false;
 std::atomic<bool> gFlushStaticCmd{false}, gReReadCmd{false}, gRefreshCsListCmd{false}, gShowSelectionCmd{false},
     gBlockCmd{false}, gClearNoMatchCmd{false};
 CycleStats gCycleStats;

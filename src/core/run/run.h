@@ -26,6 +26,7 @@ extern bool gProduction;     ///< --production: the run ends behind the data loa
 extern u32 gSeconds;         ///< seconds since the worker loop began, wraps to 0 at 86400
 extern bool gFlightStopped;  ///< the flight is not running now
 extern i32 gNotRunningCycles;
+extern bool gRenewPhase;     ///< a renewal of the static parking collects callsigns; it runs 15 seconds later
 
 // Commands of the window thread, each taken by the tick.
 extern std::atomic<bool> gFlushStaticCmd, gReReadCmd, gRefreshCsListCmd, gShowSelectionCmd, gBlockCmd,
@@ -44,9 +45,11 @@ void gf_every15Seconds();
 void gf_flightNotRunning();
 void lf_closingDown();
 void gf_showRestartCountdown();
-void gf_resetRun();
+/// Everything that a run has made back to its start. True when the end was asked for by the user, even at the last
+/// moment: then no new run may begin.
+bool gf_resetRun();
 const char* gf_exitReasonText(ExitReason reason);
-/// Names of all callsigns for the window's selector, as of the last "cs->oid:".
+/// Names of all callsigns for the window's selector, as of the last "cs->oid:"; any thread.
 std::string gf_callsignList();
 
 /// Worst and count of worker cycles since the worker began, microseconds; for the summary.

@@ -39,8 +39,7 @@ constexpr i32 kMessageSeconds = 25;       // a message stays this long in its li
 constexpr u32 kSecondsPerDay = 86400;
 constexpr i32 kMinutesBetweenRenewals = 20;
 
-bool gRenewPhase = false;
-std::string gCallsigns;
+WindowText gCallsigns;  // written by the run thread, read by the window's selector
 
 bool lf_takeReport(TrafficReport& report) {
     const std::lock_guard lock(gReportMutex);
@@ -149,7 +148,7 @@ void lf_refreshCallsignList() {
         if (ac.lifeState == LifeState::active && ac.flightState != FlightState::parked) names.push_back(ac.callsign);
     }
     std::sort(names.begin(), names.end());
-    gCallsigns = fmt::format("{}", fmt::join(names, "\n"));
+    gCallsigns.set(fmt::format("{}", fmt::join(names, "\n")));
     CALLSIGN_2_OBJECTID.current.set("");
     gf_showInControl(CALLSIGN_2_OBJECTID);
     gShowSelectionCmd = true;
@@ -221,7 +220,7 @@ void lf_everyFifthSecond() {
 }  // namespace
 
 std::string gf_callsignList() {
-    return gCallsigns;
+    return gCallsigns.get();
 }
 
 bool gf_tick() {

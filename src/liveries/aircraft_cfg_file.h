@@ -42,7 +42,7 @@ bool lf_checkSectionNumbers(CfgFile& file);
 /// The livery of one section, which starts with its header line; nothing if it has none that can be used.
 using SectionReader = std::optional<LiveryData> (*)(CfgFile& file, std::string_view text);
 std::optional<LiveryData> lf_procesFltSimSection(CfgFile& file, std::string_view text);
-/// By the rules of the IVAO package. Throws what the memory throws.
+/// By the rules of the IVAO package. An exception, for want of memory say, ends the file.
 std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text);
 /// Hands each section to the reader and appends what it finds.
 void lf_splitSections(CfgFile& file, SectionReader reader, std::vector<LiveryData>& liveries);

@@ -57,14 +57,19 @@ NextLine lf_takeLine(CfgSection& section, std::string_view line) {
     return NextLine::read;
 }
 
-bool lf_hasTexture(const CfgSection& section) {
-    // A name's last dot counts for nothing in the simulator's file system: a section without the key has "texture".
-    const std::string name = section.texture.empty() ? "texture" : "texture." + section.texture;
-    const std::filesystem::path folder = section.file.path.parent_path() / gf_pathFromUtf8(name);
+bool lf_isFolder(const std::filesystem::path& path) {
     std::error_code error;
-    if (std::filesystem::is_directory(folder, error)) return true;
+    return std::filesystem::is_directory(path, error);
+}
+
+bool lf_hasTexture(const CfgSection& section) {
+    const std::filesystem::path folder = section.file.path.parent_path();
+    const std::filesystem::path texture = folder / gf_pathFromUtf8("texture." + section.texture);
+    if (lf_isFolder(texture)) return true;
+    // A dot at the end of a name counts for nothing where the simulator runs.
+    if (section.texture.empty() && lf_isFolder(folder / "texture")) return true;
     lf_report(section.file, gIncompleteSections,
-              fmt::format("{} {} does not exist", lf_shown(gf_shownPath(folder)), lf_shown(section.header)));
+              fmt::format("{} {} does not exist", lf_shown(gf_shownPath(texture)), lf_shown(section.header)));
     return false;
 }
 

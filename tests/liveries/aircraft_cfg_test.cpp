@@ -385,7 +385,7 @@ TEST_F(IvaoCfg, AFaultOfASectionIsReported) {
         {"[fltsim.5]\ntitle=B738 KLM\ntexture=B\n",
          {pack + "/texture.B [fltsim.5] does not exist", pack + " [fltsim.4] misses title"}},
         {"[fltsim.4]\ntitle=B738 KLM\n",
-         {pack + "/texture [fltsim.4] does not exist", pack + " [fltsim.4] misses title"}},
+         {pack + "/texture. [fltsim.4] does not exist", pack + " [fltsim.4] misses title"}},
     };
     for (const Row& row : rows) {
         EXPECT_THAT(readSection(row.lines), IsEmpty()) << row.lines;

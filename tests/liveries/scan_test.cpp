@@ -324,6 +324,7 @@ TEST_F(Scan, AFileOfMoreThanTenSecondsIsLeftOutAndTheRestIsWritten) {
     waitUntil([&] {
         return folder.logged("==> liveries search aborted, futs outer, Future wait timed out after 10 seconds\n");
     });
+    EXPECT_THAT(gf_currentMessage(), testing::StartsWith("Scanning aig-aitraffic-oci for liveries: "));
     slowFile.unlock();
     run.join();
     gf_releaseClock();

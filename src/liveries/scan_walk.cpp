@@ -167,7 +167,11 @@ void lf_scanFolder(i32 folderOrder, const std::filesystem::path& folder) {
     Walk walk;
     walk.folderOrder = folderOrder;
     walk.folder = gf_shownPath(folder.filename().empty() ? folder.parent_path().filename() : folder.filename());
-    lf_walk(walk, gf_pathToUtf8(folder));
+    const std::string path = gf_pathToUtf8(folder);
+    if (!lf_isEntered(path)) {
+        gf_log(fmt::format("{}: the folders in it aren't entered, since its path is too long or that of a scenery", path));
+    }
+    lf_walk(walk, path);
     while (!walk.futures.empty() && !gf_stopAsked()) lf_collectOldest(walk, "liveries search aborted, futs outer,");
     // A file that took too long may still write into the report lists.
     gf_endScanPool(walk.pool);

@@ -249,6 +249,13 @@ TEST_F(Scan, TheWalkEntersWhatHoldsAircraft) {
                               " aborted, cause: the name of a folder is no valid text\n"));
 }
 
+TEST_F(Scan, APackageBelowAPathOfASceneryIsToldToBeEmpty) {
+    aircraft("x-airport-y/package/B738", "B738", "title", "KLM");
+    lf_scanFolder(1, community / "x-airport-y/package");
+    EXPECT_TRUE(gScanList.empty());
+    EXPECT_TRUE(folder.logged("x-airport-y/package: the folders in it aren't entered"));
+}
+
 TEST_F(Scan, AnUnreadableFolderDoesNotEndTheWalk) {
     EXPECT_NO_THROW(lf_scanFolder(1, community / "gone"));
     EXPECT_TRUE(folder.logged("==> liveries search in " + (community / "gone").string() + " aborted, cause: "));

@@ -24,8 +24,8 @@ namespace hcr {
 namespace {
 
 /// Packages without AI aircraft, most of them large sceneries, and the copies that a converter leaves.
-constexpr std::array<std::string_view, 9> kNotEntered = {"airport",   "lvfr",     "mkstudios", "simwings", "fsdreamteam",
-                                                         "navigraph", "flytampa", "inibuilds", "_CVT_"};
+constexpr std::array<std::string_view, 9> kNotEntered = {
+    "airport", "lvfr", "mkstudios", "simwings", "fsdreamteam", "navigraph", "flytampa", "inibuilds", "_CVT_"};
 constexpr std::array<std::string_view, 2> kIvaoPackages = {"ivao_x-csl", "IVAO_MTL"};
 constexpr std::size_t kPathBytes = 250;  // a folder below would pass what many programs take for the longest path
 constexpr std::string_view kFileName = "AIRCRAFT.CFG";
@@ -169,7 +169,7 @@ void lf_scanFolder(i32 folderOrder, const std::filesystem::path& folder) {
     walk.folder = gf_shownPath(folder.filename().empty() ? folder.parent_path().filename() : folder.filename());
     const std::string path = gf_pathToUtf8(folder);
     if (!lf_isEntered(path)) {
-        gf_log(fmt::format("{}: the folders in it aren't entered, since its path is too long or that of a scenery", path));
+        gf_log(fmt::format("{}: the folders in it aren't entered: its path is too long or that of a scenery", path));
     }
     lf_walk(walk, path);
     while (!walk.futures.empty() && !gf_stopAsked()) lf_collectOldest(walk, "liveries search aborted, futs outer,");

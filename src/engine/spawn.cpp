@@ -79,19 +79,6 @@ bool lf_isValidCallsign(const std::string& callsign) {
     return !callsign.empty() && callsign.size() <= kLongestCallsign && callsign != "@@@@@@@@";
 }
 
-/// Fills the record's operator, type and name from what is known of its airframe.
-void lf_completeTexts(LiveAc& ac) {
-    if (const DbaseRecord* record = ac.registration.empty() ? nullptr : gf_dbaseRecord(ac.registration)) {
-        if (!record->airl.empty()) ac.airline = record->airl;
-        if (!record->type.empty()) ac.model = record->type;
-        if (!record->opr.empty()) ac.airline = record->opr;
-        ac.cargo = record->cargo;
-        if (!lf_isValidCallsign(ac.callsign)) ac.callsign = ac.registration;
-    }
-    if (ac.airline.empty()) ac.airline = gf_airlineOfCallsign(ac.callsign);
-    if (ac.airline.empty()) ac.airline = "PVT";
-}
-
 /// True when this aircraft is never to be shown as it is.
 bool lf_isUnwanted(LiveAc& ac) {
     if (!BLOCK_CALLSIGN.current.empty() && BLOCK_CALLSIGN.current.equals(ac.callsign)) return true;
@@ -185,6 +172,18 @@ void lf_placeOnFirstSample(LiveAc& ac) {
 }
 
 }  // namespace
+
+void lf_completeTexts(LiveAc& ac) {
+    if (const DbaseRecord* record = ac.registration.empty() ? nullptr : gf_dbaseRecord(ac.registration)) {
+        if (!record->airl.empty()) ac.airline = record->airl;
+        if (!record->type.empty()) ac.model = record->type;
+        if (!record->opr.empty()) ac.airline = record->opr;
+        ac.cargo = record->cargo;
+        if (!lf_isValidCallsign(ac.callsign)) ac.callsign = ac.registration;
+    }
+    if (ac.airline.empty()) ac.airline = gf_airlineOfCallsign(ac.callsign);
+    if (ac.airline.empty()) ac.airline = "PVT";
+}
 
 void lf_spawnCheck(LiveAc& ac) {
     if (ac.stream.empty()) {

@@ -8,5 +8,8 @@ namespace hcr {
 void lf_spawnCheck(LiveAc& ac);
 /// Livery, state and place of an aircraft that is to be created; puts it on gAddingStack.
 void spawnLiveAc(LiveAc& ac);
+/// Fills the record's operator, type, cargo flag and name from what is known of its airframe, and the operator from
+/// the name of the flight when nothing is.
+void lf_completeTexts(LiveAc& ac);
 
 }  // namespace hcr

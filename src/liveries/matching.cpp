@@ -21,17 +21,6 @@ std::array<i32, 7> matchSteps{};
 
 namespace {
 
-/// How a livery was found; the numbers stand in the log.
-enum MatchStep : i32 {
-    uniqueRegistration = 0,  ///< the registration of a special entry that holds no other
-    registered = 1,          ///< any other registration that has a title
-    airlineAndType = 2,
-    similarType = 3,  ///< of the airline
-    unbranded = 4,    ///< airline "ZZZ" and the type
-    generic = 5,      ///< any airline's livery of the type
-    similarGeneric = 6,
-};
-
 // Values of MATCHING_DEPTH from which on steps are allowed. Below the first, only registrations count.
 constexpr i32 kDepthAirline = 2, kDepthSimilar = 3, kDepthUnbranded = 4;
 
@@ -45,7 +34,9 @@ constexpr std::size_t kPassenger = 0, kCargo = 1;
 i32 gLastStep = kNoMatchStep;
 std::unordered_map<u32, i32> gStepOf;  ///< hexid to step
 
+/// What is asked for, and by which step.
 struct LiveryKey {
+    i32 step = 0;
     std::string_view airline, type;
 };
 
@@ -76,24 +67,52 @@ void lf_pickTitle(ParkedAc& ac, const TitleList& list) {
     if (const TitleList ordinary = lf_ordinaryTitles(list); !ordinary.empty()) ac.liveryTitle = lf_anyOf(ordinary);
 }
 
-bool lf_lookupRegistration(ParkedAc& ac) {
-    if (ac.registration.empty()) return false;
-    const auto entry = regcodeTitles.find(ac.registration);
-    if (entry == regcodeTitles.end()) return false;
-    ac.liveryTitle = entry->second;
-    return !ac.liveryTitle.empty();
+std::span<const std::string_view> lf_all(const TitleList* titles) {
+    return titles == nullptr ? std::span<const std::string_view>() : std::span(*titles);
+}
+
+void lf_traceLookup(const LiveryKey& key, MatchTable table, std::size_t index, const TitleList* titles) {
+    if (gMatchTrace == nullptr) return;
+    gf_traceLookup(key.step, table, index == kCargo, key.airline, key.type, lf_all(titles));
+}
+
+void lf_traceNoLookup(const LiveryKey& key, MatchVerdict verdict) {
+    if (gMatchTrace != nullptr) gf_traceNoLookup(key.step, verdict, key.airline, key.type);
 }
 
 i32 lf_registrationStep(const ParkedAc& ac) {
     return uniqueRegcodes.contains(ac.registration) ? uniqueRegistration : registered;
 }
 
-bool lf_lookupAirlineType(ParkedAc& ac, const LiveryKey& key, std::size_t index) {
+bool lf_lookupRegistration(ParkedAc& ac) {
+    if (ac.registration.empty()) {
+        lf_traceNoLookup({registered, {}, {}}, MatchVerdict::noRegistration);
+        return false;
+    }
+    const auto entry = regcodeTitles.find(ac.registration);
+    const bool found = entry != regcodeTitles.end();
+    if (gMatchTrace != nullptr) {
+        const std::span<const std::string_view> title(found ? &entry->second : nullptr, found ? 1 : 0);
+        gf_traceLookup(lf_registrationStep(ac), MatchTable::registrations, false, ac.registration, {}, title);
+    }
+    if (!found) return false;
+    ac.liveryTitle = entry->second;
+    return !ac.liveryTitle.empty();
+}
+
+/// Null when the airline has no livery of the type.
+const TitleList* lf_airlineTitles(const LiveryKey& key, std::size_t index) {
     const auto types = airlineTitles[index].find(key.airline);
-    if (types == airlineTitles[index].end()) return false;
+    if (types == airlineTitles[index].end()) return nullptr;
     const auto list = types->second.find(key.type);
-    if (list == types->second.end()) return false;
-    lf_pickTitle(ac, list->second);
+    return list == types->second.end() ? nullptr : &list->second;
+}
+
+bool lf_lookupAirlineType(ParkedAc& ac, const LiveryKey& key, std::size_t index) {
+    const TitleList* titles = lf_airlineTitles(key, index);
+    lf_traceLookup(key, MatchTable::airlines, index, titles);
+    if (titles == nullptr) return false;
+    lf_pickTitle(ac, *titles);
     return !ac.liveryTitle.empty();
 }
 
@@ -102,40 +121,58 @@ bool lf_lookupCargoFirst(ParkedAc& ac, const LiveryKey& key) {
     return (ac.cargo && lf_lookupAirlineType(ac, key, kCargo)) || lf_lookupAirlineType(ac, key, kPassenger);
 }
 
-bool lf_lookupGeneric(ParkedAc& ac, std::string_view type) {
-    const auto& titles = genericTitles[ac.cargo ? kCargo : kPassenger];
-    const auto list = titles.find(type);
-    if (list == titles.end()) return false;
-    lf_pickTitle(ac, list->second);
+bool lf_lookupGeneric(ParkedAc& ac, std::string_view type, i32 step) {
+    const std::size_t index = ac.cargo ? kCargo : kPassenger;
+    const auto list = genericTitles[index].find(type);
+    const TitleList* titles = list == genericTitles[index].end() ? nullptr : &list->second;
+    lf_traceLookup({step, {}, type}, MatchTable::generics, index, titles);
+    if (titles == nullptr) return false;
+    lf_pickTitle(ac, *titles);
     return !ac.liveryTitle.empty();
 }
 
 bool lf_lookupSimilar(ParkedAc& ac, const LiveryKey& key) {
-    for (const std::string& type : gf_similarForAirline(key.airline, key.type)) {
-        if (gf_acClass(type) == ac.acClass && lf_lookupCargoFirst(ac, {key.airline, type})) return true;
+    const std::vector<std::string> types = gf_similarForAirline(key.airline, key.type);
+    if (types.empty()) lf_traceNoLookup(key, MatchVerdict::noStandIn);
+    for (const std::string& type : types) {
+        const LiveryKey similarKey{key.step, key.airline, type};
+        if (gf_acClass(type) != ac.acClass) {
+            lf_traceNoLookup(similarKey, MatchVerdict::otherClass);
+        } else if (lf_lookupCargoFirst(ac, similarKey)) {
+            return true;
+        }
     }
     return false;
+}
+
+bool lf_lookupSimilarGeneric(ParkedAc& ac) {
+    const std::vector<std::string> types = gf_similarTypes(ac.model);
+    if (types.empty()) lf_traceNoLookup({similarGeneric, {}, ac.model}, MatchVerdict::noStandIn);
+    return std::any_of(types.begin(), types.end(),
+                       [&ac](const std::string& type) { return lf_lookupGeneric(ac, type, similarGeneric); });
 }
 
 /// The steps that don't ask for the airline; the one that left a title, or kNoMatchStep.
 i32 lf_matchFallback(ParkedAc& ac, i32 depth) {
-    const LiveryKey unbrandedKey{kUnbrandedAirline, ac.model};
+    const LiveryKey unbrandedKey{unbranded, kUnbrandedAirline, ac.model};
     if (depth == kDepthUnbranded && lf_lookupCargoFirst(ac, unbrandedKey)) return unbranded;
     // Airliners never wear the paint of another operator.
-    if (ac.acClass != Light && ac.acClass != Buzjets && ac.acClass != Rotorcraft) return kNoMatchStep;
-    if (ac.airline != kPrivateOwner && lf_lookupCargoFirst(ac, unbrandedKey)) return unbranded;
-    if (lf_lookupGeneric(ac, ac.model)) return generic;
-    for (const std::string& type : gf_similarTypes(ac.model)) {
-        if (lf_lookupGeneric(ac, type)) return similarGeneric;
+    if (ac.acClass != Light && ac.acClass != Buzjets && ac.acClass != Rotorcraft) {
+        if (depth < kDepthUnbranded) lf_traceNoLookup(unbrandedKey, MatchVerdict::tooShallow);
+        lf_traceNoLookup({generic, {}, ac.model}, MatchVerdict::ownPaintOnly);
+        return kNoMatchStep;
     }
-    return kNoMatchStep;
+    if (ac.airline != kPrivateOwner && lf_lookupCargoFirst(ac, unbrandedKey)) return unbranded;
+    if (lf_lookupGeneric(ac, ac.model, generic)) return generic;
+    return lf_lookupSimilarGeneric(ac) ? similarGeneric : kNoMatchStep;
 }
 
 /// Drops a title that the simulator has refused.
 bool lf_isUsable(ParkedAc& ac) {
-    if (!failedTitles.contains(ac.liveryTitle)) return true;
-    ac.liveryTitle = {};
-    return false;
+    const bool refused = failedTitles.contains(ac.liveryTitle);
+    if (gMatchTrace != nullptr) gf_traceDraw(ac.liveryTitle, refused);
+    if (refused) ac.liveryTitle = {};
+    return !refused;
 }
 
 void lf_logMatch(const ParkedAc& ac, i32 step) {
@@ -164,22 +201,29 @@ std::optional<std::string_view> lf_paintedAirline(const ParkedAc& ac) {
     return record->airl;
 }
 
+/// False, and a note on why the search ends, when the setting doesn't allow the step.
+bool lf_reaches(i32 depth, i32 needed, i32 step) {
+    if (depth < needed) lf_traceNoLookup({step, {}, {}}, MatchVerdict::tooShallow);
+    return depth >= needed;
+}
+
 bool lf_matchLive(LiveAc& ac) {
     const i32 depth = MATCHING_DEPTH.current;
     const auto accepted = [&ac](bool found, i32 step) { return found && lf_acceptMatch(ac, step); };
+    const auto worn = [&](const LiveryKey& key) { return accepted(lf_lookupCargoFirst(ac, key), key.step); };
+    const auto wornBySimilar = [&](const LiveryKey& key) { return accepted(lf_lookupSimilar(ac, key), key.step); };
 
     if (accepted(lf_lookupRegistration(ac), lf_registrationStep(ac))) return true;
-    if (depth < kDepthAirline) return false;
-    if (ac.airline == kPrivateOwner && accepted(lf_lookupCargoFirst(ac, {kUnbrandedAirline, ac.model}), unbranded)) {
-        return true;
-    }
+    if (!lf_reaches(depth, kDepthAirline, airlineAndType)) return false;
+    if (ac.airline == kPrivateOwner && worn({unbranded, kUnbrandedAirline, ac.model})) return true;
     const bool hasAirline = !ac.airline.empty();
+    if (!hasAirline) lf_traceNoLookup({airlineAndType, {}, ac.model}, MatchVerdict::noAirline);
     const auto painted = hasAirline ? lf_paintedAirline(ac) : std::nullopt;
-    if (hasAirline && accepted(lf_lookupCargoFirst(ac, {ac.airline, ac.model}), airlineAndType)) return true;
-    if (painted && accepted(lf_lookupCargoFirst(ac, {*painted, ac.model}), airlineAndType)) return true;
-    if (depth < kDepthSimilar) return false;
-    if (hasAirline && accepted(lf_lookupSimilar(ac, {ac.airline, ac.model}), similarType)) return true;
-    if (painted && accepted(lf_lookupSimilar(ac, {*painted, ac.model}), similarType)) return true;
+    if (hasAirline && worn({airlineAndType, ac.airline, ac.model})) return true;
+    if (painted && worn({airlineAndType, *painted, ac.model})) return true;
+    if (!lf_reaches(depth, kDepthSimilar, similarType)) return false;
+    if (hasAirline && wornBySimilar({similarType, ac.airline, ac.model})) return true;
+    if (painted && wornBySimilar({similarType, *painted, ac.model})) return true;
     const i32 step = lf_matchFallback(ac, depth);
     return accepted(step != kNoMatchStep, step);
 }
@@ -187,24 +231,24 @@ bool lf_matchLive(LiveAc& ac) {
 /// Walks the types that stand in for the aircraft's own; unlike a live match it doesn't ask for the class, and a
 /// refused title doesn't end it.
 bool lf_walkSimilar(ParkedAc& ac, std::string_view airline, const std::vector<std::string>& types) {
+    if (types.empty()) lf_traceNoLookup({similarType, airline, ac.model}, MatchVerdict::noStandIn);
     return std::any_of(types.begin(), types.end(), [&](const std::string& type) {
-        return lf_lookupCargoFirst(ac, {airline, type}) && lf_acceptParked(ac, similarType);
+        return lf_lookupCargoFirst(ac, {similarType, airline, type}) && lf_acceptParked(ac, similarType);
     });
 }
 
 bool lf_matchParked(ParkedAc& ac) {
     const i32 depth = MATCHING_DEPTH.current;
     const auto accepted = [&ac](bool found, i32 step) { return found && lf_acceptParked(ac, step); };
+    const auto worn = [&](const LiveryKey& key) { return accepted(lf_lookupCargoFirst(ac, key), key.step); };
 
     if (accepted(lf_lookupRegistration(ac), lf_registrationStep(ac))) return true;
-    if (depth < kDepthAirline) return false;
-    if (ac.airline == kPrivateOwner && accepted(lf_lookupCargoFirst(ac, {kUnbrandedAirline, ac.model}), unbranded)) {
-        return true;
-    }
+    if (!lf_reaches(depth, kDepthAirline, airlineAndType)) return false;
+    if (ac.airline == kPrivateOwner && worn({unbranded, kUnbrandedAirline, ac.model})) return true;
     const auto painted = lf_paintedAirline(ac);
-    if (accepted(lf_lookupCargoFirst(ac, {ac.airline, ac.model}), airlineAndType)) return true;
-    if (painted && accepted(lf_lookupCargoFirst(ac, {*painted, ac.model}), airlineAndType)) return true;
-    if (depth < kDepthSimilar) return false;
+    if (worn({airlineAndType, ac.airline, ac.model})) return true;
+    if (painted && worn({airlineAndType, *painted, ac.model})) return true;
+    if (!lf_reaches(depth, kDepthSimilar, similarType)) return false;
     const std::vector<std::string> similar = gf_similarForAirline(ac.airline, ac.model);
     if (lf_walkSimilar(ac, ac.airline, similar)) return true;
     if (painted && lf_walkSimilar(ac, *painted, similar)) return true;

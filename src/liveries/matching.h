@@ -8,6 +8,7 @@
 #include "core/model/aircraft.h"
 #include "core/model/stand.h"
 #include "liveries/livery_data.h"
+#include "liveries/match_trace.h"
 
 namespace hcr {
 
@@ -32,7 +33,6 @@ void gf_forgetLiveries();
 /// Text of noMatchAircraft: "{:3} {:4}" of airline and type, a blank, the registration.
 std::string gf_noMatchText(const FlightTexts& ac);
 
-inline constexpr i32 kNoMatchStep = -1;
 /// The step by which the last live match succeeded, kNoMatchStep when it didn't.
 i32 gf_lastMatchStep();
 /// The step by which this live aircraft got its livery in this session, kNoMatchStep if it has none.

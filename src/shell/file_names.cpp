@@ -8,9 +8,9 @@
 namespace hcr {
 namespace {
 
-FileNames lf_build() {
+FileNames lf_build(const std::filesystem::path& configurationFolder) {
     FileNames f;
-    f.configurationFolder = gf_roamingFolder() / kProgramName;
+    f.configurationFolder = configurationFolder;
     f.settings = f.configurationFolder / "parameters.xml";
 
     f.input = "input";
@@ -70,8 +70,12 @@ FileNames lf_build() {
     return f;
 }
 
+std::filesystem::path lf_usersFolder() {
+    return gf_roamingFolder() / kProgramName;
+}
+
 FileNames& lf_table() {
-    static FileNames table = lf_build();
+    static FileNames table = lf_build(lf_usersFolder());
     return table;
 }
 
@@ -82,7 +86,11 @@ const FileNames& gFiles() {
 }
 
 void gf_rebuildFileNames() {
-    lf_table() = lf_build();
+    lf_table() = lf_build(lf_usersFolder());
+}
+
+void gf_useConfigurationFolder(const std::filesystem::path& folder) {
+    lf_table() = lf_build(folder);
 }
 
 void gf_makeConfigurationFolder() {

@@ -24,6 +24,9 @@ struct FileNames {
 const FileNames& gFiles();
 /// Builds the table anew (the configuration folder follows the environment); for tests.
 void gf_rebuildFileNames();
+/// Keeps the settings in another folder than the user's, for a tool that must not touch those, until the table is built
+/// anew. No other thread may run.
+void gf_useConfigurationFolder(const std::filesystem::path& folder);
 /// Makes the configuration folder with its parents; throws std::filesystem::filesystem_error.
 void gf_makeConfigurationFolder();
 

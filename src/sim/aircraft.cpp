@@ -212,4 +212,12 @@ void gf_onCreateFailed(const ParkedAc& ac) {
     throw UserErrorException(81, fmt::format("{}, see Log.txt", text));
 }
 
+std::string_view gf_refusedTitle(std::string_view logLine) {
+    constexpr std::string_view kBefore = " '", kBehind = "' could not be created by your Sim!";
+    const std::size_t begin = logLine.find(kBefore);
+    if (begin == std::string_view::npos || !logLine.ends_with(kBehind)) return {};
+    const std::size_t first = begin + kBefore.size(), end = logLine.size() - kBehind.size();
+    return first < end ? logLine.substr(first, end - first) : std::string_view{};
+}
+
 }  // namespace hcr

@@ -44,6 +44,8 @@ extern std::vector<SimMessage> gPendingObjects;
 void gf_passPendingObjects();
 /// A title was refused by the simulator: remembers it; throws UserErrorException 81 at the twentieth.
 void gf_onCreateFailed(const ParkedAc& ac);
+/// The title that a line of the log, written by gf_onCreateFailed, tells to have been refused; empty for other lines.
+std::string_view gf_refusedTitle(std::string_view logLine);
 
 /// The object selected in the window; 0 = none.
 extern std::atomic<u32> gSelectedObject;

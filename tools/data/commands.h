@@ -26,3 +26,4 @@ inline constexpr int kExitUsage = 2;   ///< the arguments make no sense
 int runEncipher(const std::vector<std::string>& arguments);
 int runDecipher(const std::vector<std::string>& arguments);
 int runScan(const std::vector<std::string>& arguments);
+int runMatch(const std::vector<std::string>& arguments);

@@ -14,6 +14,12 @@ constexpr std::array kCommands{
     Command{"decipher", "IN OUT [--key HEX]", "turn an enciphered data file into its plain form", runDecipher},
     Command{"scan", "--community DIR --work DIR [--selector \"AIG, FSLTL\"] [--no-prioritize] [--folder DIR ...]",
             "find the installed liveries: data sets from WORK/input, results below WORK/output", runScan},
+    Command{"match",
+            "[--airline KLM] [--type B738] [--reg PH-BXA] [--callsign KLM1023] [--cargo] [--from EHAM] [--to LFPG]\n"
+            "        [--depth 1..4] [--refused TITLE] [--all] [--work DIR]",
+            "tell which livery such an aircraft gets, live and parked, and why; --depth in place of MATCHING_DEPTH,\n"
+            "      --refused a title that the simulator can't create, --all every candidate, --work the program's folder",
+            runMatch},
 };
 
 std::string usage() {

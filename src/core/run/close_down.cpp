@@ -196,6 +196,7 @@ bool gf_resetRun() {
     gQnh = 1013;
     gRenewStatics = false;
     gRenewPhase = false;
+    gf_collectCallsigns(false);
     for (std::atomic<bool>* flag : {&gFlushStaticCmd, &gReReadCmd, &gRefreshCsListCmd, &gShowSelectionCmd, &gBlockCmd,
                                     &gClearNoMatchCmd}) {
         *flag = false;

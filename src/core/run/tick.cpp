@@ -185,6 +185,7 @@ void lf_driveRenewal() {
         return;
     }
     gRenewPhase = false;
+    gf_collectCallsigns(false);  // what was collected belongs to the renewal now; without one it must not grow
     gf_clearMessage();
     if (gf_hasParkAirport() && !gStands.empty()) gf_renewParking();
     gf_logFlush();

@@ -66,12 +66,7 @@ void lf_emptyParameter(EditField& field) {
 
 void lf_logFeedCounters() {
     if (gFeedCounters.received == 0) return;
-    gf_log(fmt::format("Feed: {} lines received, {} reports taken", gFeedCounters.received.load(),
-                       gFeedCounters.accepted.load()));
-    for (int reason = 0; reason < static_cast<int>(LineDrop::count_); ++reason) {
-        const u64 count = gFeedCounters.dropped[reason];
-        if (count != 0) gf_log(fmt::format("  dropped, {}: {}", gf_lineDropName(static_cast<LineDrop>(reason)), count));
-    }
+    gf_log("Feed: " + gf_feedCounterText());
     const u32 lost = gTrafficReader.droppedBySystem;
     if (lost != 0) gf_log(fmt::format("  lost before they could be read: {}", lost));
 }

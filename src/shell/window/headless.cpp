@@ -138,13 +138,7 @@ void lf_closeWhenDue(Face& face) {
 
 void lf_printSummary() {
     std::string text = "\nSummary\n";
-    text += fmt::format("  lines received       {}\n", gFeedCounters.received.load());
-    text += fmt::format("  reports taken        {}\n", gFeedCounters.accepted.load());
-    for (int reason = 0; reason < static_cast<int>(LineDrop::count_); ++reason) {
-        const u64 count = gFeedCounters.dropped[reason];
-        if (count == 0) continue;
-        text += fmt::format("  dropped              {} ({})\n", count, gf_lineDropName(static_cast<LineDrop>(reason)));
-    }
+    text += fmt::format("  lines of the feed    {}\n", gf_feedCounterText());
     text += fmt::format("  lost by the system   {}\n",
                         gTrafficReader.droppedBySystem.load() + gQnhReader.droppedBySystem.load());
     text += fmt::format("  aircraft created     {}\n", gSimTraffic.created.load());

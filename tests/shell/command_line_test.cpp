@@ -1,0 +1,87 @@
+#include "shell/command_line.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <gtest/gtest.h>
+
+namespace hcr {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+/// What differs from an empty command line.
+std::string told(const CommandLine& line) {
+    std::string text;
+    if (line.production) text += "production ";
+    if (line.headless) text += "headless ";
+    if (line.help) text += "help ";
+    if (line.sandboxAsked) text += "sandbox=" + line.sandbox.string() + " ";
+    if (!line.trace.empty()) text += "trace=" + line.trace.string() + " ";
+    if (line.tableSeconds != 0) text += fmt::format("table={} ", line.tableSeconds);
+    if (line.seconds != 0) text += fmt::format("seconds={} ", line.seconds);
+    if (!line.error.empty()) text += line.error + " ";
+    if (!text.empty()) text.pop_back();
+    return text;
+}
+
+struct Row {
+    Arguments arguments;
+    const char* meaning;
+};
+
+void expectMeanings(const std::vector<Row>& rows) {
+    for (const Row& row : rows) {
+        EXPECT_EQ(told(gf_readCommandLine(row.arguments)), row.meaning) << fmt::format("{}", row.arguments);
+    }
+}
+
+TEST(CommandLine, EveryOptionIsUnderstoodInBothSpellingsAndAnyCase) {
+    expectMeanings({
+        {{}, ""},
+        {{"--production"}, "production"},
+        {{"/Production"}, "production"},
+        {{"--PRODUCTION", "/no-production"}, ""},
+        {{"--no-production", "--production"}, "production"},
+        {{"--headless", "--table", "5", "--seconds", "3600"}, "headless table=5 seconds=3600"},
+        {{"/HEADLESS", "/table", "3600"}, "headless table=3600"},
+        {{"--sandbox", "/home/me/s.json", "--trace", "t.jsonl"}, "sandbox=/home/me/s.json trace=t.jsonl"},
+        {{"--sandbox", ""}, "sandbox="},
+        {{"--seconds", "2592000"}, "seconds=2592000"},
+        {{"--help"}, "help"},
+        {{"/?"}, "help"},
+        {{"--trace", "--headless"}, "trace=--headless"},
+    });
+}
+
+TEST(CommandLine, TheFirstFaultEndsTheReadingAndIsTold) {
+    expectMeanings({
+        {{"fast"}, "unknown argument 'fast'"},
+        {{"-headless"}, "unknown argument '-headless'"},
+        {{""}, "unknown argument ''"},
+        {{"--"}, "unknown argument '--'"},
+        {{"/home/headless"}, "unknown argument '/home/headless'"},
+        {{"--headless=1", "--production"}, "unknown argument '--headless=1'"},
+        {{"--sandbox"}, "sandbox= --sandbox needs a value"},
+        {{"/trace"}, "/trace needs a value"},
+        {{"--headless", "--table"}, "headless --table needs a value"},
+        {{"--table", "0"}, "--table: '0' is no number from 1 to 3600"},
+        {{"--table", "3601"}, "--table: '3601' is no number from 1 to 3600"},
+        {{"--table", "5s"}, "--table: '5s' is no number from 1 to 3600"},
+        {{"--table", " 5"}, "--table: ' 5' is no number from 1 to 3600"},
+        {{"--table", ""}, "--table: '' is no number from 1 to 3600"},
+        {{"--seconds", "-1"}, "--seconds: '-1' is no number from 1 to 2592000"},
+        {{"--seconds", "1e3"}, "--seconds: '1e3' is no number from 1 to 2592000"},
+        {{"--seconds", "99999999999999999999"}, "--seconds: '99999999999999999999' is no number from 1 to 2592000"},
+    });
+}
+
+TEST(CommandLine, TheHelpNamesEveryOption) {
+    const std::string help = gf_commandLineHelp();
+    for (const char* option :
+         {"--headless", "--table", "--seconds", "--sandbox", "--trace", "--production", "--no-production", "--help"}) {
+        EXPECT_NE(help.find(option), std::string::npos) << option;
+    }
+}
+
+}  // namespace
+}  // namespace hcr

@@ -40,17 +40,17 @@ struct FailureRow {
     u32 hexid = 0;
     i32 first = 0, last = 0, logged = 0;  // simTick
 };
-std::vector<FailureRow> lf_failures;
+std::vector<FailureRow> gFailures;
 
 FailureRow& lf_failureRow(u32 hexid, i32 tick) {
-    for (FailureRow& row : lf_failures) {
+    for (FailureRow& row : gFailures) {
         if (row.hexid != hexid) continue;
         if (tick - row.last > kFailurePauseCs) row.first = tick;
         row.last = tick;
         return row;
     }
-    std::erase_if(lf_failures, [tick](const FailureRow& row) { return tick - row.last > kFailureLogCs; });
-    return lf_failures.emplace_back(FailureRow{hexid, tick, tick, tick});
+    std::erase_if(gFailures, [tick](const FailureRow& row) { return tick - row.last > kFailureLogCs; });
+    return gFailures.emplace_back(FailureRow{hexid, tick, tick, tick});
 }
 
 void lf_logFailure(const char* operation, const char* text, const LiveAc& ac) {

@@ -2,18 +2,12 @@
 
 #include "feed_world.h"
 #include "platform/sockets.h"
+#include "tests/support/live_run.h"
 
 namespace hcr {
 namespace {
 
-u16 freeUdpPort() {
-    i32 error = 0;
-    Socket s = gf_openUdp(error);
-    gf_bindSocket(s, 0, true);
-    const u16 port = gf_boundPort(s);
-    gf_closeSocket(s);
-    return port;
-}
+using test::freeUdpPort;
 
 std::string goodLine(u32 hexid) {
     return fmt::format(

@@ -21,7 +21,9 @@ constexpr f64 kReportSeconds = 2;    // as often as a feed tells of an aircraft
 constexpr f64 kSpeedKt = 150;       // slow, so that nobody leaves the range while a busy machine falls behind
 constexpr f64 kLongestWaitS = 100;  // of the wall; only a failure takes so long
 
-u16 lf_freeUdpPort() {
+}  // namespace
+
+u16 freeUdpPort() {
     i32 error = 0;
     Socket s = gf_openUdp(error);
     gf_bindSocket(s, 0, true);
@@ -29,8 +31,6 @@ u16 lf_freeUdpPort() {
     gf_closeSocket(s);
     return port;
 }
-
-}  // namespace
 
 FeedPeer::FeedPeer(u16 trafficPort)
     : trafficPort_(trafficPort),
@@ -129,8 +129,8 @@ LiveRun::LiveRun(LiveRunOptions liveOptions) : options(std::move(liveOptions)) {
         gf_saveParameters(false);
     }
     gf_openLog();
-    trafficPort = lf_freeUdpPort();
-    weatherPort = lf_freeUdpPort();
+    trafficPort = freeUdpPort();
+    weatherPort = freeUdpPort();
     gf_setFeedPorts(trafficPort, weatherPort);
     gf_speedClock(options.clockFactor);
     gf_startSandbox(options.world.scenario, options.world.trace);

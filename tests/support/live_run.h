@@ -13,6 +13,9 @@
 
 namespace hcr::test {
 
+/// A UDP port that nobody had a moment ago.
+u16 freeUdpPort();
+
 /// Stands in for RealTraffic over real sockets: a TCP client that answers the version question, and a sender of
 /// datagrams for some aircraft that fly straight, every two seconds of the clock.
 struct FeedPeer {

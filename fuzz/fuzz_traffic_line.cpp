@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     gAcceptReports = true;
     gTrafficReader.text = std::string_view(reinterpret_cast<const char*>(data), size);
     processLine(gTrafficReader);
-    for (const TrafficReport& report : gReports) check(report);
+    for (std::size_t i = 0; i < gReports.size(); ++i) check(gReports[i]);
     gReports.clear();
     return 0;
 }

@@ -129,7 +129,8 @@ std::optional<f64> lf_plainNumber(const char* at, const char* end) {
     }
     const bool exponent = at != end && (*at == 'e' || *at == 'E');
     if (exponent || whole + decimals > kExactDigits) return {};
-    const f64 value = static_cast<f64>(digits) / kPowers[static_cast<std::size_t>(decimals)];
+    f64 value = static_cast<f64>(static_cast<i64>(digits));  // as signed it converts faster
+    if (decimals != 0) value /= kPowers[static_cast<std::size_t>(decimals)];
     return negative ? -value : value;
 }
 
@@ -382,7 +383,11 @@ bool lf_queue(DecodedLine& line) {
         gReports.pop_front();
         lf_count(LineDrop::overtaken);
     }
-    TrafficReport& report = gReports.emplace_back();
+    TrafficReport& report = gReports.extend();
+    report.airline.clear();
+    report.coupledCs1.clear();
+    report.coupledCs2.clear();
+    report.coupledSearched = false;
     report.sample = line.sample;
     report.sample.time = simTick + kPlayingDelayCs;
     report.model = line.model;

@@ -86,7 +86,7 @@ TEST_F(ControlChannel, ConnectsAsksForTheVersionAndShowsIt) {
 
 TEST_F(ControlChannel, NoReportsPileUpWhileRealTrafficIsAwaited) {
     putUser(52, 4);
-    gReports.emplace_back();
+    gReports.push_back({});
     gAcceptReports = true;
     bool closed = false;
     std::thread rt([&] {

@@ -369,7 +369,8 @@ TEST_F(TrafficLine, NoDamagedLineBringsNonsenseIntoTheQueue) {
         }
         gTrafficReader.text = line;
         processLine(gTrafficReader);
-        for (const TrafficReport& report : gReports) {
+        for (std::size_t at = 0; at < gReports.size(); ++at) {
+            const TrafficReport& report = gReports[at];
             const std::string what = broken(report);
             ASSERT_EQ(what, "") << line;
             ++queued;

@@ -24,7 +24,7 @@ std::vector<LiveAc> gLiveAcs;
 std::vector<ParkedAc> gParkedAcs;
 std::vector<ParkPos> gStands;
 std::mutex gReportMutex;
-std::deque<TrafficReport> gReports;
+RecordQueue<TrafficReport> gReports;
 bool gAcceptReports = false;
 std::vector<u32> gAddingStack;
 std::deque<AiCreateRequest> gLiveAdding;

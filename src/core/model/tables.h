@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/model/aircraft.h"
+#include "core/model/record_queue.h"
 #include "core/model/stand.h"
 #include "core/model/sim_requests.h"
 
@@ -27,7 +28,7 @@ extern std::vector<LiveAc> gLiveAcs;
 extern std::vector<ParkedAc> gParkedAcs;
 extern std::vector<ParkPos> gStands;
 extern std::mutex gReportMutex;
-extern std::deque<TrafficReport> gReports;
+extern RecordQueue<TrafficReport> gReports;
 extern bool gAcceptReports;  ///< the decoder may queue reports; under gReportMutex
 extern std::vector<u32> gAddingStack;
 extern std::deque<AiCreateRequest> gLiveAdding;

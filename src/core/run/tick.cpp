@@ -44,7 +44,7 @@ WindowText gCallsigns;  // written by the run thread, read by the window's selec
 bool lf_takeReport(TrafficReport& report) {
     const std::lock_guard lock(gReportMutex);
     if (gReports.empty()) return false;
-    report = std::move(gReports.front());
+    std::swap(report, gReports.front());
     gReports.pop_front();
     return true;
 }

@@ -121,18 +121,23 @@ void gf_clearScanLists() {
 
 void gf_removeOldScanFiles() {
     const FileNames& files = gFiles();
-    try {
-        for (const std::filesystem::path* path :
-             {&files.noFltsimSection, &files.liveriesScanned, &files.inlineRegcodes, &files.invalidAirlines,
-              &files.invalidTypes, &files.fixes, &files.invalidFiles, &files.incompleteSections}) {
-            std::filesystem::remove(*path);
+    const auto attempt = [](const auto& step) {
+        try {
+            step();
+        } catch (const std::exception& fault) {
+            gf_logError(fmt::format("problems with removing previous files: {}", fault.what()));
         }
+    };
+    for (const std::filesystem::path* path :
+         {&files.noFltsimSection, &files.liveriesScanned, &files.inlineRegcodes, &files.invalidAirlines,
+          &files.invalidTypes, &files.fixes, &files.invalidFiles, &files.incompleteSections}) {
+        attempt([path] { std::filesystem::remove(*path); });
+    }
+    attempt([&files] {
         if (std::filesystem::is_directory(files.errors) && std::filesystem::is_empty(files.errors)) {
             std::filesystem::remove(files.errors);
         }
-    } catch (const std::exception& fault) {
-        gf_logError(fmt::format("problems with removing previous files: {}", fault.what()));
-    }
+    });
 }
 
 }  // namespace hcr

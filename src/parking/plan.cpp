@@ -112,6 +112,7 @@ void gf_refreshCounters() {
 void gf_resetParking() {
     gMaxParked = 0;
     gRenewalRunning = false;
+    gRenewalMinutes = kMinutesBetweenRenewals;
 }
 
 }  // namespace hcr

@@ -11,7 +11,8 @@ namespace hcr {
 
 extern std::atomic<i32> gMaxParked;  ///< wanted number of parked aircraft, static and live together
 extern std::atomic<bool> gRenewalRunning;  ///< the plan is being carried out; the window reads it
-inline i32 gRenewalMinutes = 20;  ///< minutes to the next renewal, counted down by the tick
+constexpr i32 kMinutesBetweenRenewals = 20;
+inline i32 gRenewalMinutes = kMinutesBetweenRenewals;  ///< minutes to the next renewal, counted down by the tick
 
 void gf_parkTick(bool first);
 void gf_beginRenewal();

@@ -27,20 +27,31 @@ f64 lf_number(std::string_view text) {
     return end == copy.c_str() || !std::isfinite(value) ? 0 : value;
 }
 
-/// Metres from a point to the straight line between two others, in the plane around the point.
-f64 lf_metresToLine(const TrackPoint& p, const TrackPoint& a, const TrackPoint& b) {
+struct Offset {
+    f64 metres = std::numeric_limits<f64>::infinity();
+    bool isPast = false;  ///< it lies beyond the line's end
+};
+
+/// From a point to the straight line between two others, in the plane around the point.
+Offset lf_offset(const TrackPoint& p, const TrackPoint& a, const TrackPoint& b) {
     const f64 east = std::cos(p.lat * kDegToRad) * kMetresPerDegree;
     const f64 ax = (a.lon - p.lon) * east, ay = (a.lat - p.lat) * kMetresPerDegree;
     const f64 bx = (b.lon - p.lon) * east, by = (b.lat - p.lat) * kMetresPerDegree;
     const f64 dx = bx - ax, dy = by - ay;
     const f64 length = dx * dx + dy * dy;
-    const f64 along = length == 0 ? 0 : std::clamp(-(ax * dx + ay * dy) / length, 0.0, 1.0);
-    return std::hypot(ax + along * dx, ay + along * dy);
+    const f64 place = length == 0 ? 0 : -(ax * dx + ay * dy) / length;
+    const f64 along = std::clamp(place, 0.0, 1.0);
+    return {std::hypot(ax + along * dx, ay + along * dy), place > 1};
 }
 
-f64 lf_metresToTrack(const TrackPoint& p, const Track& track) {
-    f64 best = std::numeric_limits<f64>::infinity();
-    for (std::size_t i = 1; i < track.size(); ++i) best = std::min(best, lf_metresToLine(p, track[i - 1], track[i]));
+/// To the nearest of a track's lines; past is what lies beyond the last one only.
+Offset lf_offset(const TrackPoint& p, const Track& track) {
+    Offset best;
+    for (std::size_t i = 1; i < track.size(); ++i) {
+        Offset line = lf_offset(p, track[i - 1], track[i]);
+        line.isPast = line.isPast && i + 1 == track.size();
+        if (line.metres < best.metres) best = line;
+    }
     return best;
 }
 
@@ -85,10 +96,11 @@ Deviation measureDeviation(const Tracks& flown, const Tracks& reported) {
         const auto told = reported.find(name);
         if (told == reported.end() || told->second.size() < 2) continue;
         for (const TrackPoint& point : track) {
-            const f64 off = lf_metresToTrack(point, told->second);
-            if (off > result.worst) result.worstName = name;
-            result.worst = std::max(result.worst, off);
-            metres.push_back(off);
+            const Offset off = lf_offset(point, told->second);
+            if (off.isPast) continue;
+            if (off.metres > result.worst) result.worstName = name;
+            result.worst = std::max(result.worst, off.metres);
+            metres.push_back(off.metres);
         }
     }
     result.points = metres.size();

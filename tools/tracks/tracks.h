@@ -23,7 +23,8 @@ Tracks readFlownTracks(const std::filesystem::path& trace);
 /// The reports of a recording, seconds counted from its first line; those behind `seconds` are left out (0 = none).
 Tracks readReportedTracks(const std::filesystem::path& recording, f64 seconds);
 
-/// How far the flown points lie off the reported lines, metres.
+/// How far the flown points lie off the reported lines, metres. Aircraft fly on when their reports have ended; what
+/// lies beyond a track's last point isn't compared.
 struct Deviation {
     std::size_t points = 0;
     f64 median = 0, p99 = 0, worst = 0;

@@ -37,7 +37,6 @@ constexpr i32 kInRangeTicks = 20;         // status of all AI aircraft, five tim
 constexpr i32 kPositionTicks = 100;       // user's position, once a second
 constexpr i32 kMessageSeconds = 25;       // a message stays this long in its line
 constexpr u32 kSecondsPerDay = 86400;
-constexpr i32 kMinutesBetweenRenewals = 20;
 
 WindowText gCallsigns;  // written by the run thread, read by the window's selector
 

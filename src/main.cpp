@@ -30,7 +30,7 @@ int lf_start(const hcr::CommandLine& commandLine) {
     hcr::gProduction = commandLine.production;
     const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds, .seconds = commandLine.seconds});
     hcr::gf_stopSandbox();
-    hcr::gf_awaitScanWorkers();
+    if (!hcr::gf_awaitScanWorkers()) hcr::gf_leaveProcess(code);
     return code;
 }
 

@@ -57,13 +57,18 @@ std::optional<i32> lf_number(std::string_view digits) {
     return number;
 }
 
+/// What no XML file can hold.
+bool lf_holdsControls(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char c) { return static_cast<u8>(c) < ' ' && c != '\t'; });
+}
+
 bool lf_isRegistration(std::string_view piece) {
-    return !piece.empty() && piece.size() <= kLongestRegistration && piece.find('*') == std::string_view::npos;
+    return !piece.empty() && piece.size() <= kLongestRegistration && piece.find('*') == std::string_view::npos &&
+           !lf_holdsControls(piece);
 }
 
 bool lf_isUsableTitle(std::string_view title) {
-    return title.size() <= kLongestTitleBytes &&
-           std::none_of(title.begin(), title.end(), [](char c) { return static_cast<u8>(c) < ' ' && c != '\t'; });
+    return title.size() <= kLongestTitleBytes && !lf_holdsControls(title);
 }
 
 bool lf_refuseTooLarge(CfgFile& file) {
@@ -79,6 +84,7 @@ bool lf_refuseTooLarge(CfgFile& file) {
 CfgFile lf_cfgFile(i32 folderOrder, const std::filesystem::path& path) {
     CfgFile file;
     file.folderOrder = folderOrder;
+    file.scan = gScanNumber;
     file.path = path;
     file.shownPath = gf_shownPath(path);
     file.folder = gf_shownPath(path.parent_path());
@@ -108,10 +114,12 @@ bool lf_readCfgText(CfgFile& file) {
 void lf_report(CfgFile& file, ReportList& list, std::string line) {
     ++file.reports;
     if (file.reports <= kMostReportsOfAFile) {
-        gf_addReportLine(list, std::move(line));
+        gf_addReportLine(list, std::move(line), file.scan);
     } else if (file.reports == kMostReportsOfAFile + 1) {
-        gf_addReportLine(gInvalidFiles, fmt::format("{} has more than {} faults, the others aren't listed",
-                                                    file.shownPath, kMostReportsOfAFile));
+        gf_addReportLine(gInvalidFiles,
+                         fmt::format("{} has more than {} faults, the others aren't listed", file.shownPath,
+                                     kMostReportsOfAFile),
+                         file.scan);
     }
 }
 
@@ -242,7 +250,7 @@ std::optional<LiveryData> lf_addLivery(const CfgFile& file, std::string airline,
                                        bool cargo) {
     {
         const std::lock_guard lock(gSeenTitlesMutex);
-        if (!seenTitles.insert(title).second) return std::nullopt;
+        if (file.scan != gScanNumber || !seenTitles.insert(title).second) return std::nullopt;
     }
     return LiveryData{std::move(airline), file.type, std::move(title), std::move(atcid), file.folderOrder, cargo};
 }

@@ -19,6 +19,7 @@ namespace hcr {
 /// The file that a reader works on.
 struct CfgFile {
     i32 folderOrder = 0;  ///< place of the package folder
+    u32 scan = 0;         ///< gScanNumber when its reading began
     std::filesystem::path path;
     std::string shownPath;    ///< UTF-8
     std::string folder;       ///< UTF-8

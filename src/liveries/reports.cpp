@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
-#include "liveries/livery_data.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/text.h"
@@ -15,6 +15,7 @@ namespace hcr {
 
 ReportList gInvalidAirlines, gInvalidTypes, gCodeFixes, gInvalidFiles, gIncompleteSections, gFilesWithoutSections;
 std::vector<std::string> gConversions;
+std::atomic<u32> gScanNumber{0};
 std::mutex gSeenTitlesMutex;
 std::set<std::string, std::less<>> seenTitles;
 
@@ -47,31 +48,35 @@ void lf_writeSorted(Lines& lines, const std::filesystem::path& path) {
     lf_tryWriteLines(lines, path);
 }
 
-void lf_reportCodes(Lines& lines, const std::filesystem::path& path, const char* what) {
+Lines lf_take(ReportList& list) {
+    const std::lock_guard lock(list.mutex);
+    return std::exchange(list.lines, {});
+}
+
+void lf_reportCodes(Lines lines, const std::filesystem::path& path, const char* what) {
     if (lines.empty()) return;
     lf_writeSorted(lines, path);
     gf_log(
         fmt::format("{} invalid {} code{}, see {}", lines.size(), what, gf_plural(lines.size()), gf_pathToUtf8(path)));
 }
 
-void lf_reportFixes() {
-    const std::filesystem::path& path = gFiles().fixes;
-    if (gCodeFixes.lines.empty()) return;
+void lf_reportFixes(const Lines& lines, const std::filesystem::path& path) {
+    if (lines.empty()) return;
     try {
-        lf_writeLines(gCodeFixes.lines, path);
-        gf_log(fmt::format("{} code fixes, see {}", gCodeFixes.lines.size(), gf_pathToUtf8(path)));
+        lf_writeLines(lines, path);
+        gf_log(fmt::format("{} code fixes, see {}", lines.size(), gf_pathToUtf8(path)));
     } catch (const std::exception& fault) {
         gf_logError(fmt::format("Error writing file {}: {}", gf_pathToUtf8(path), fault.what()));
     }
 }
 
-void lf_reportFiles(Lines& lines, const std::filesystem::path& path, const char* what) {
+void lf_reportFiles(Lines lines, const std::filesystem::path& path, const char* what) {
     if (lines.empty()) return;
     lf_writeSorted(lines, path);
     gf_log(fmt::format("{} {} aircraft.cfg files, see {}", lines.size(), what, gf_pathToUtf8(path)));
 }
 
-void lf_reportIncompleteSections(Lines& lines, const std::filesystem::path& path) {
+void lf_reportIncompleteSections(Lines lines, const std::filesystem::path& path) {
     if (lines.empty()) return;
     const std::size_t faults = lines.size();  // the user wants to know how many sections there are, not how many lines
     std::sort(lines.begin(), lines.end());
@@ -89,34 +94,37 @@ void lf_reportConversions(const std::filesystem::path& path) {
 
 }  // namespace
 
-void gf_addReportLine(ReportList& list, std::string line) {
+void gf_addReportLine(ReportList& list, std::string line, u32 scan) {
     const std::lock_guard lock(list.mutex);
-    list.lines.push_back(std::move(line));
+    if (scan == gScanNumber) list.lines.push_back(std::move(line));
 }
 
 void gf_writeScanReports() {
     const FileNames& files = gFiles();
-    const bool faultless = gInvalidAirlines.lines.empty() && gInvalidTypes.lines.empty() && gCodeFixes.lines.empty() &&
-                           gInvalidFiles.lines.empty() && gIncompleteSections.lines.empty();
+    Lines airlines = lf_take(gInvalidAirlines), types = lf_take(gInvalidTypes), fixes = lf_take(gCodeFixes),
+          invalidFiles = lf_take(gInvalidFiles), sections = lf_take(gIncompleteSections);
+    const bool faultless =
+        airlines.empty() && types.empty() && fixes.empty() && invalidFiles.empty() && sections.empty();
     gf_log(faultless ? "\nNo errors" : "\nErrors:");
-    lf_reportCodes(gInvalidAirlines.lines, files.invalidAirlines, "airline");
-    lf_reportCodes(gInvalidTypes.lines, files.invalidTypes, "model");
-    lf_reportFixes();
-    lf_reportFiles(gInvalidFiles.lines, files.invalidFiles, "invalid");
-    lf_reportIncompleteSections(gIncompleteSections.lines, files.incompleteSections);
+    lf_reportCodes(std::move(airlines), files.invalidAirlines, "airline");
+    lf_reportCodes(std::move(types), files.invalidTypes, "model");
+    lf_reportFixes(fixes, files.fixes);
+    lf_reportFiles(std::move(invalidFiles), files.invalidFiles, "invalid");
+    lf_reportIncompleteSections(std::move(sections), files.incompleteSections);
     gf_log("\nInformation:");
-    lf_reportFiles(gFilesWithoutSections.lines, files.noFltsimSection, "empty");
+    lf_reportFiles(lf_take(gFilesWithoutSections), files.noFltsimSection, "empty");
     lf_reportConversions(files.airlineModelConversions);
 }
 
 void gf_clearScanLists() {
+    ++gScanNumber;
     for (ReportList* list : {&gInvalidAirlines, &gInvalidTypes, &gCodeFixes, &gInvalidFiles, &gIncompleteSections,
                              &gFilesWithoutSections}) {
-        list->lines = {};
+        lf_take(*list);
     }
     gConversions = {};
+    const std::lock_guard lock(gSeenTitlesMutex);
     seenTitles.clear();
-    dontUseTitles = {};
 }
 
 void gf_removeOldScanFiles() {

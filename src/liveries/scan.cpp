@@ -152,6 +152,11 @@ void lf_sortAndDropDoubles() {
     gScanList.erase(std::unique(gScanList.begin(), gScanList.end(), equal), gScanList.end());
 }
 
+void lf_clearLists() {
+    gf_clearScanLists();
+    if (gf_scanWorkersEnded()) dontUseTitles = {};
+}
+
 void lf_writeResults() {
     gf_applyDbaseToLiveries();
     if (LIG_PRIORITIZE.current) lf_prioritize();
@@ -159,13 +164,13 @@ void lf_writeResults() {
     gf_writeScannedLiveries();
     gScanList = {};
     gf_writeScanReports();
-    gf_clearScanLists();
+    lf_clearLists();
     gf_clearMessage();
 }
 
-/// The lists are still those of a stopped scan as long as one of its workers reads a slow file. False when a stop has
-/// come first.
+/// As long as a worker of an older scan reads a slow file, it looks into dontUseTitles. False when a stop has come first.
 bool lf_awaitOlderScan() {
+    if (!gf_scanWorkersEnded()) gf_showMessage("Waiting for a file of the last scan to be read ...", false);
     while (!gf_scanWorkersEnded()) {
         if (gf_stopAsked()) return false;
         gf_sleepMs(kLookAroundMs);
@@ -191,7 +196,7 @@ bool lf_scanFolders(const FolderList& folders) {
     if (!lf_awaitOlderScan()) return true;
     scanThreadsActive = 0;
     gScanList = {};
-    gf_clearScanLists();
+    lf_clearLists();
     gf_removeOldScanFiles();
     lf_readUnusedTitles();
     const std::size_t total = lf_scanAll(folders);
@@ -200,7 +205,7 @@ bool lf_scanFolders(const FolderList& folders) {
         return true;
     }
     if (gScanList.empty()) {
-        gf_clearScanLists();
+        lf_clearLists();
         gWindow.liveryCount = 0;
         gf_repaint(Band::liveries);
         return false;
@@ -224,8 +229,10 @@ void gf_scanLiveries() {
     if (gf_stopAsked()) return;
     const SelectorLock lock;
     gf_findLiveries(gf_simulatorPath(gFiles().community));
-    // A scan that was stopped has left no results: the next run has to try again.
-    if (!gf_stopAsked()) lf_keepScanOff();
+    gf_clearLiveryTables();
+    // A scan that was stopped or couldn't write has left no results: the next run has to try again.
+    std::error_code error;
+    if (!gf_stopAsked() && std::filesystem::exists(gFiles().liveriesScanned, error)) lf_keepScanOff();
 }
 
 }  // namespace hcr

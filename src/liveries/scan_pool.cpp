@@ -7,8 +7,6 @@
 #include <system_error>
 
 #include "liveries/scan.h"
-#include "platform/clock.h"
-#include "shell/run_stop.h"
 
 namespace hcr {
 
@@ -22,8 +20,7 @@ struct ScanQueue {
 
 namespace {
 
-constexpr std::chrono::milliseconds kLookForStop{50};
-constexpr i64 kPatienceAtStopUs = 500'000;  // leaves the rest of a second to the others who answer a stop
+constexpr std::chrono::milliseconds kPatience{500};  // leaves the rest of a second to the others who answer a stop
 
 /// Workers of pools that have ended before them. Run thread.
 struct LeftBehind {
@@ -74,16 +71,10 @@ void lf_close(ScanQueue& queue) {
     queue.changed.notify_all();
 }
 
-/// False when a stop has used up the patience.
+/// False when they take longer than they are waited for.
 bool lf_awaitEnd(ScanQueue& queue) {
-    i64 deadline = 0;
     std::unique_lock lock(queue.mutex);
-    while (!queue.changed.wait_for(lock, kLookForStop, [&] { return queue.running == 0; })) {
-        if (!gf_stopAsked()) continue;
-        if (deadline == 0) deadline = gf_steadyUs() + kPatienceAtStopUs;
-        if (gf_steadyUs() >= deadline) return false;
-    }
-    return true;
+    return queue.changed.wait_for(lock, kPatience, [&] { return queue.running == 0; });
 }
 
 }  // namespace
@@ -142,8 +133,12 @@ bool gf_scanWorkersEnded() {
     return true;
 }
 
-void gf_awaitScanWorkers() {
+bool gf_awaitScanWorkers() {
+    for (const std::shared_ptr<ScanQueue>& queue : gLeftBehind.queues) {
+        if (!lf_awaitEnd(*queue)) return false;
+    }
     gLeftBehind.join();
+    return true;
 }
 
 }  // namespace hcr

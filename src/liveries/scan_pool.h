@@ -17,6 +17,12 @@ namespace hcr {
 /// Reads one file; any thread.
 using ScanReader = std::vector<LiveryData> (*)(i32 folderOrder, const std::filesystem::path& path);
 
+/// What a scan reads its files with: those of the IVAO package and all others. Changed by tests only, between scans.
+struct CfgReaders {
+    ScanReader usual, ivao;
+};
+extern CfgReaders gCfgReaders;
+
 struct ScanJob {
     ScanReader reader;
     i32 folderOrder;
@@ -45,13 +51,14 @@ struct ScanPool {
 };
 
 ScanFuture gf_startReading(ScanPool& pool, ScanReader reader, i32 folderOrder, std::filesystem::path path);
-/// Drops the files that nobody has begun and waits for the workers to end, when a stop is asked for half a second at
-/// most. False when some still read: they hold no more than their own file and write into the report lists, which must
-/// be left alone until they have ended.
+/// Drops the files that nobody has begun and waits half a second for the workers to end. False when some still read, as
+/// on a drive that doesn't answer: they hold no more than their own file, and what they find in it counts as long as
+/// the scan lasts.
 bool gf_endScanPool(ScanPool& pool);
 /// Whether no worker that gf_endScanPool has left behind still reads. Run thread.
 bool gf_scanWorkersEnded();
-/// Waits for them, before the process ends. Run thread, or when it has ended.
-void gf_awaitScanWorkers();
+/// Waits half a second for them, before the process ends. False when some still read: such a process must end without
+/// waiting for its threads. Run thread, or when it has ended.
+bool gf_awaitScanWorkers();
 
 }  // namespace hcr

@@ -21,6 +21,9 @@
 #include "shell/text.h"
 
 namespace hcr {
+
+CfgReaders gCfgReaders{lf_searchLiveriesinFile, lf_searchLiveriesinIVAOFile};
+
 namespace {
 
 /// Packages without AI aircraft, most of them large sceneries, and the copies that a converter leaves.
@@ -110,7 +113,7 @@ void lf_collectOldest(Walk& walk, const char* complaint) {
 }
 
 void lf_readFile(Walk& walk, const std::string& path) {
-    const ScanReader reader = lf_holdsAny(path, kIvaoPackages) ? lf_searchLiveriesinIVAOFile : lf_searchLiveriesinFile;
+    const ScanReader reader = lf_holdsAny(path, kIvaoPackages) ? gCfgReaders.ivao : gCfgReaders.usual;
     walk.futures.push_back(gf_startReading(walk.pool, reader, walk.folderOrder, gf_pathFromUtf8(path)));
     if (walk.futures.size() > static_cast<std::size_t>(scanThreadLimit) * kFilesAhead) {
         lf_collectOldest(walk, "liveries inner search aborted:");
@@ -173,7 +176,6 @@ void lf_scanFolder(i32 folderOrder, const std::filesystem::path& folder) {
     }
     lf_walk(walk, path);
     while (!walk.futures.empty() && !gf_stopAsked()) lf_collectOldest(walk, "liveries search aborted, futs outer,");
-    // A file that took too long may still write into the report lists.
     gf_endScanPool(walk.pool);
 }
 

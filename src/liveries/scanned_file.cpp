@@ -130,8 +130,9 @@ void gf_writeScannedLiveries() {
     gf_writeMeta(document, meta);
     pugi::xml_node liveries = document.child("root").append_child("liveries");
     for (const LiveryData& livery : gScanList) lf_appendLivery(liveries, livery);
-    gf_saveXmlDocument(document, path);
+    const bool isSaved = gf_saveXmlDocument(document, path);
     gf_log(fmt::format("{} liveries in {}", gScanList.size(), gf_pathToUtf8(path)));
+    if (!isSaved) gf_logError(fmt::format("{} could not be written", gf_pathToUtf8(path)));
 }
 
 std::vector<ScannedLivery> gf_readScannedDocument(const pugi::xml_document& document,

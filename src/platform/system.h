@@ -30,6 +30,8 @@ bool gf_isElevated();
 std::vector<std::string> gf_arguments(int argc, char** argv);
 /// Makes standard output show UTF-8.
 void gf_prepareConsole();
+/// Ends the process at once, without waiting for its threads; what was written to its files is kept.
+[[noreturn]] void gf_leaveProcess(int code);
 /// Sets `flag` when the user ends the process from outside (SIGINT, SIGTERM, console closed).
 void gf_onTerminate(std::atomic<bool>& flag);
 

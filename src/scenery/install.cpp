@@ -71,7 +71,8 @@ bool lf_isNamedPathThere(const fs::path& path) {
     if (path.empty() || path.native().find(fs::path::value_type{}) != fs::path::string_type::npos) return false;
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
-    if (status.type() == fs::file_type::not_found || error == std::errc::filename_too_long) return false;
+    const bool isNoName = error == std::errc::filename_too_long || error == std::errc::invalid_argument;
+    if (status.type() == fs::file_type::not_found || isNoName) return false;
     if (error) throw fs::filesystem_error("cannot access install path", path, error);
     return true;
 }
@@ -104,7 +105,7 @@ fs::path lf_withoutTrailingSeparators(fs::path path) {
 std::string lf_packageFolder(std::string_view text) {
     const fs::path& community = gFiles().community;
     const fs::path path = lf_withoutTrailingSeparators(gf_pathFromAnySeparators(text));
-    if (path.filename() != community) {
+    if (gf_upper(gf_shownPath(path.filename())) != gf_upper(gf_shownPath(community))) {
         if (lf_isThere(path / community)) return std::string(text);
         gf_showMessage("This path exists but is not a path to Community ...", true);
         return {};

@@ -23,9 +23,12 @@ void gf_requestStop(ExitReason reason, i32 restartSeconds) {
         gStop = true;
         return;
     }
-    if (gStop) return;
-    gExitReason = reason;
+    // Who is shown an error may put it right: that takes the error's place.
+    const bool corrects =
+        reason == ExitReason::newSettings && gExitReason == ExitReason::systemError && !gUserStop;
+    if (gStop && !corrects) return;
     gRestartSeconds = restartSeconds;
+    gExitReason = reason;
     gStop = true;
 }
 

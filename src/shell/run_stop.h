@@ -25,7 +25,8 @@ extern std::atomic<ExitReason> gExitReason;    ///< set by the stopper that turn
 extern std::atomic<i32> gRestartSeconds;       ///< length of the restart countdown
 
 /// The one way to stop a run; any thread. Reason 4 sets both flags and keeps the countdown; for any other reason only
-/// the caller that turned gStop from false to true stores its reason and countdown.
+/// the caller that turned gStop from false to true stores its reason and countdown. New settings take the place of a
+/// system error that waits for the user, who has put it right with them.
 void gf_requestStop(ExitReason reason, i32 restartSeconds);
 
 /// True when either flag is set.

@@ -182,16 +182,18 @@ TEST_F(ScanResults, ReportsAreSortedAndCounted) {
     std::vector<std::thread> workers;
     for (int i = 0; i < 4; ++i) {
         workers.emplace_back([] {
-            for (int line = 0; line < 50; ++line) gf_addReportLine(gInvalidTypes, fmt::format("line {:02}", line));
+            for (int line = 0; line < 50; ++line) {
+                gf_addReportLine(gInvalidTypes, fmt::format("line {:02}", line), gScanNumber);
+            }
         });
     }
     for (std::thread& worker : workers) worker.join();
-    gf_addReportLine(gInvalidAirlines, "KLX");
+    gf_addReportLine(gInvalidAirlines, "KLX", gScanNumber);
     for (const char* line : {"b", "a", "b"}) {
-        gf_addReportLine(gCodeFixes, line);
-        gf_addReportLine(gIncompleteSections, line);
-        gf_addReportLine(gInvalidFiles, line);
-        gf_addReportLine(gFilesWithoutSections, line);
+        gf_addReportLine(gCodeFixes, line, gScanNumber);
+        gf_addReportLine(gIncompleteSections, line, gScanNumber);
+        gf_addReportLine(gInvalidFiles, line, gScanNumber);
+        gf_addReportLine(gFilesWithoutSections, line, gScanNumber);
         gConversions.emplace_back(line);
     }
     gf_writeScanReports();
@@ -224,8 +226,8 @@ TEST_F(ScanResults, ReportsAreSortedAndCounted) {
 TEST_F(ScanResults, AReportThatCannotBeWrittenDoesNotStopTheOthers) {
     std::filesystem::remove(gFiles().errors);
     test::writeWhole(gFiles().errors, "a file in the folder's place");
-    gf_addReportLine(gCodeFixes, "fix");
-    gf_addReportLine(gFilesWithoutSections, "file");
+    gf_addReportLine(gCodeFixes, "fix", gScanNumber);
+    gf_addReportLine(gFilesWithoutSections, "file", gScanNumber);
     gf_writeScanReports();
     EXPECT_TRUE(folder.logged("==> Error writing file output/errors/Fixes.txt: "));
     EXPECT_EQ(readWhole(gFiles().noFltsimSection), "file\n");

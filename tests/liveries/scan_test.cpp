@@ -7,8 +7,10 @@
 
 #include <thread>
 
+#include "liveries/aircraft_cfg.h"
 #include "liveries/livery_data.h"
 #include "liveries/reports.h"
+#include "liveries/results.h"
 #include "liveries/scan_pool.h"
 #include "platform/clock.h"
 #include "shell/file_names.h"
@@ -25,6 +27,8 @@ namespace fs = std::filesystem;
 using test::readWhole;
 using test::writeWhole;
 using testing::ElementsAre;
+
+std::mutex gDrive;  ///< while it is locked, files with "slow" in their path aren't read to their end
 
 /// A section of an aircraft.cfg.
 std::string section(const std::string& title, const std::string& airline, const std::string& more = {}) {
@@ -50,8 +54,14 @@ struct Scan : testing::Test {
     }
     ~Scan() override {
         gf_awaitScanWorkers();
+        gCfgReaders.usual = lf_searchLiveriesinFile;
         forgetStop();
         gf_clearMessage();
+    }
+
+    static std::vector<LiveryData> readFromDrive(i32 order, const fs::path& path) {
+        if (path.string().find("slow") != std::string::npos) std::lock_guard<std::mutex>{gDrive};
+        return lf_searchLiveriesinFile(order, path);
     }
 
     static void forgetStop() {
@@ -72,6 +82,14 @@ struct Scan : testing::Test {
         for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
             at += mark.size();
             found.push_back(text.substr(at, text.find('"', at) - at));
+        }
+        return found;
+    }
+
+    static std::vector<std::string> loadedTitles() {
+        std::vector<std::string> found;
+        for (const LiveryGroup& group : liveryIndex) {
+            for (const IndexedLivery& livery : group.liveries) found.emplace_back(livery.title);
         }
         return found;
     }
@@ -286,13 +304,13 @@ TEST_F(Scan, TwoScansOfOneTreeGiveTheSameBytes) {
     EXPECT_TRUE(folder.logged("100 invalid airline codes, see "));
 }
 
-/// Workers that wait for the lock stand for files that take their time.
 TEST_F(Scan, AStopIsAnsweredAlthoughFilesAreBeingRead) {
     for (int i = 0; i < 100; ++i) {
-        aircraft(fmt::format("aig-aitraffic-oci/{}", i), "B738", fmt::format("title {}", i), "KLM");
+        aircraft(fmt::format("aig-aitraffic-oci/slow{}", i), "B738", fmt::format("title {}", i), "KLM");
     }
     scanThreadLimit = 2;
-    std::unique_lock slowFiles(gSeenTitlesMutex);
+    std::unique_lock slowFiles(gDrive);
+    gCfgReaders.usual = readFromDrive;
     std::thread run(gf_scanLiveries);
     waitUntil([] { return scanThreadsActive == scanThreadLimit; });
     gf_requestStop(ExitReason::newSettings, 2);
@@ -321,22 +339,64 @@ TEST_F(Scan, AStopBeforeItsStartLeavesTheOldResults) {
 }
 
 TEST_F(Scan, AFileOfMoreThanTenSecondsIsLeftOutAndTheRestIsWritten) {
-    aircraft("aig-aitraffic-oci/a", "B738", "slow", "KLM");
+    aircraft("aig-aitraffic-oci/slow", "B738", "slow", "KLM");
     writeWhole(community / "aig-aitraffic-oci/b/aircraft.cfg", "[GENERAL]\n");
     aircraft("fsltl-traffic-base/c", "B738", "fast", "DLH");
     scanThreadLimit = 2;
     gf_speedClock(500);
-    std::unique_lock slowFile(gSeenTitlesMutex);
+    std::unique_lock slowFile(gDrive);
+    gCfgReaders.usual = readFromDrive;
     std::thread run(gf_scanLiveries);
     waitUntil([&] {
         return folder.logged("==> liveries search aborted, futs outer, Future wait timed out after 10 seconds\n");
     });
-    EXPECT_THAT(gf_currentMessage(), testing::StartsWith("Scanning aig-aitraffic-oci for liveries: "));
     slowFile.unlock();
     run.join();
     gf_releaseClock();
-    EXPECT_TRUE(folder.logged((community / "aig-aitraffic-oci/a/aircraft.cfg").string() + " takes too long\n"));
+    EXPECT_TRUE(folder.logged((community / "aig-aitraffic-oci/slow/aircraft.cfg").string() + " takes too long\n"));
     EXPECT_THAT(titles(), ElementsAre("fast"));
+}
+
+TEST_F(Scan, AFileThatIsNeverReadHoldsNobodyUp) {
+    const ScanReader hangs = [](i32, const fs::path&) -> std::vector<LiveryData> {
+        const u32 scan = gScanNumber;
+        const std::lock_guard lock(gDrive);
+        gf_addReportLine(gInvalidFiles, "too late", scan);
+        return {};
+    };
+    std::unique_lock asleep(gDrive);
+    {
+        ScanPool pool(1);
+        const ScanFuture never = gf_startReading(pool, hangs, 1, "file");
+        waitUntil([&] { return never.job->begun.load(); });
+        EXPECT_FALSE(gf_endScanPool(pool));
+    }
+    EXPECT_FALSE(gf_awaitScanWorkers());
+    gf_clearScanLists();
+    asleep.unlock();
+    waitUntil([] { return gf_awaitScanWorkers(); });
+    EXPECT_TRUE(gInvalidFiles.lines.empty());
+}
+
+TEST_F(Scan, TheNextRunWearsWhatItsOwnScanFound) {
+    aircraft("aig-aitraffic-oci/a", "B738", "old", "KLM");
+    gf_scanLiveries();
+    gf_loadScanResults();
+    EXPECT_EQ(loadedTitles(), std::vector<std::string>{"old"});
+    fs::remove_all(community / "aig-aitraffic-oci/a");
+    aircraft("aig-aitraffic-oci/b", "B738", "new", "KLM");
+    gf_scanLiveries();
+    gf_loadScanResults();
+    EXPECT_EQ(loadedTitles(), std::vector<std::string>{"new"});
+}
+
+TEST_F(Scan, AResultThatCannotBeWrittenIsToldAndTheNextStartScansAgain) {
+    aircraft("aig-aitraffic-oci/a", "B738", "title", "KLM");
+    SCAN_LIVERIES.current = true;
+    fs::create_directories("output/LiveriesScanned.xml.part");
+    gf_scanLiveries();
+    EXPECT_TRUE(folder.logged("==> output/LiveriesScanned.xml could not be written\n"));
+    EXPECT_TRUE(SCAN_LIVERIES.current);
 }
 
 TEST_F(Scan, AReaderThatThrowsCostsItsFileOnly) {

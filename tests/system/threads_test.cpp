@@ -155,12 +155,16 @@ TEST(Threads, TheLimitOfLiveAircraftHolds) {
     }
 }
 
-TEST(Threads, WithoutTheListOfLiveriesTheRunEndsWithItsError) {
+TEST(Threads, AnErrorWaitsForTheUserWhoPutsItRightOrClosesTheWindow) {
     LiveRunOptions options;
     options.beforeStart = [] { std::filesystem::remove("output/LiveriesScanned.xml"); };
     LiveRun live(std::move(options));
-    ASSERT_TRUE(live.until([] { return !gf_currentMessage().empty() && gExitReason == ExitReason::systemError; }));
-    EXPECT_EQ(gf_currentMessage().substr(0, 9), "51: File ");
+    const auto failed = [] { return gExitReason == ExitReason::systemError && gf_currentMessage().starts_with("51: File "); };
+    ASSERT_TRUE(live.until(failed)) << gf_currentMessage();
+    gf_requestStop(ExitReason::newSettings, 3);
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::startRun);
+    live.startRun();
+    ASSERT_TRUE(live.until(failed)) << gf_currentMessage();
     live.close();
     EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
 }

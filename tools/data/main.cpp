@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
         fmt::print(stderr, "halcyrane-data: {}\n\n{}", e.text, usage());
         return kExitUsage;
     } catch (const std::exception& e) {
+        std::fflush(stdout);
         fmt::print(stderr, "halcyrane-data: {}\n", e.what());
         return kExitFailed;
     }

@@ -31,6 +31,16 @@ std::filesystem::path absolutePath(const std::string& text) {
     return std::filesystem::absolute(gf_pathFromUtf8(text));
 }
 
+/// The program writes a blank behind each comma; people needn't.
+std::string spacedSelector(const std::string& text) {
+    std::string result;
+    for (const std::string_view piece : gf_splitCommas(text)) {
+        if (!result.empty()) result += ", ";
+        result += gf_trim(piece);
+    }
+    return result;
+}
+
 ScanArguments parseArguments(const std::vector<std::string>& arguments) {
     ScanArguments result;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -48,11 +58,15 @@ ScanArguments parseArguments(const std::vector<std::string>& arguments) {
         const std::string& value = arguments[++i];
         if (option == "--community") result.community = absolutePath(value);
         if (option == "--work") result.work = absolutePath(value);
-        if (option == "--selector") result.selector = value;
+        if (option == "--selector") result.selector = spacedSelector(value);
         if (option == "--folder") result.folders.push_back(gf_pathToUtf8(absolutePath(value)));
     }
     if (result.work.empty()) throw UsageError{"--work is needed"};
-    if (result.community.empty() && result.folders.empty()) throw UsageError{"--community or --folder is needed"};
+    const bool isManual = !result.folders.empty();
+    if (result.community.empty() && !isManual) throw UsageError{"--community or --folder is needed"};
+    if (isManual && !(result.community.empty() && result.selector.empty())) {
+        throw UsageError{"--folder scans without a Community folder: leave --community and --selector out"};
+    }
     return result;
 }
 
@@ -74,15 +88,20 @@ void setParameters(const ScanArguments& arguments) {
 int runScan(const std::vector<std::string>& arguments) {
     const ScanArguments parsed = parseArguments(arguments);
     setParameters(parsed);
-    std::filesystem::current_path(parsed.work);
+    std::error_code error;
+    std::filesystem::current_path(parsed.work, error);
+    if (error) throw std::runtime_error(fmt::format("{}: {}", gf_pathToUtf8(parsed.work), error.message()));
     std::filesystem::create_directories(gFiles().info);
     gf_openLogOnStandardOutput();
     gf_onTerminate(gStop);
     if (!gf_readDbase()) throw std::runtime_error("the reference data can't be read");
     gf_prepareScans();
     gf_findLiveries(parsed.community);
-    gf_awaitScanWorkers();
-    if (!gf_stopAsked()) return kExitGood;
-    fmt::print(stderr, "halcyrane-data: the scan was stopped; nothing is written\n");
-    return kExitFailed;
+    const int code = gf_stopAsked() ? kExitFailed : kExitGood;
+    if (code != kExitGood) {
+        gf_logFlush();
+        fmt::print(stderr, "halcyrane-data: the scan was stopped; the old results are removed, no new ones written\n");
+    }
+    if (!gf_awaitScanWorkers()) gf_leaveProcess(code);
+    return code;
 }

@@ -46,10 +46,10 @@ void lf_stopReaders() {
     gf_sleepMs(kReadersEndMs);
 }
 
-/// An error stays on the screen until the user has read it and closes the window.
+/// An error stays on the screen until the user has read it and closes the window or puts it right.
 void lf_waitForUserAfterError() {
-    while (!gUserStop) gf_sleepMs(kUserPollMs);
-    gf_showMessage(fmt::format("User closed {}", kProgramName), true);
+    while (!gUserStop && gExitReason == ExitReason::systemError) gf_sleepMs(kUserPollMs);
+    if (gUserStop) gf_showMessage(fmt::format("User closed {}", kProgramName), true);
 }
 
 void lf_leaveParkAirport() {
@@ -110,14 +110,17 @@ void lf_prepareRestart(ExitReason reason) {
 }
 
 void lf_closingSteps() {
-    const ExitReason reason = gExitReason;
+    ExitReason reason = gExitReason;
     const char* text = gf_exitReasonText(reason);
     gf_log(fmt::format("Exiting: {}", text));
     lf_closeTheGate();
     gf_joinSimClient();
     lf_stopReaders();
     gf_closeControlChannel();
-    if (reason == ExitReason::systemError) lf_waitForUserAfterError();
+    if (reason == ExitReason::systemError) {
+        lf_waitForUserAfterError();
+        reason = gExitReason;
+    }
     lf_leaveParkAirport();
     gf_forgetLiveries();
     gf_removeFlightPlanFolder();

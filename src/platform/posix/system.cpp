@@ -156,6 +156,11 @@ void gf_prepareConsole() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+void gf_leaveProcess(int code) {
+    std::fflush(nullptr);
+    std::_Exit(code);
+}
+
 void gf_onTerminate(std::atomic<bool>& flag) {
     gTerminateFlag = &flag;
     std::signal(SIGPIPE, SIG_IGN);

@@ -1,5 +1,7 @@
 #include "platform/system.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <system_error>
 
@@ -121,6 +123,11 @@ std::vector<std::string> gf_arguments(int, char**) {
 
 void gf_prepareConsole() {
     SetConsoleOutputCP(CP_UTF8);
+}
+
+void gf_leaveProcess(int code) {
+    std::fflush(nullptr);
+    std::_Exit(code);
 }
 
 void gf_onTerminate(std::atomic<bool>& flag) {

@@ -168,7 +168,8 @@ void lf_writeResults() {
     gf_clearMessage();
 }
 
-/// As long as a worker of an older scan reads a slow file, it looks into dontUseTitles. False when a stop has come first.
+/// As long as a worker of an older scan reads a slow file, it looks into dontUseTitles. False when a stop has come
+/// first.
 bool lf_awaitOlderScan() {
     if (!gf_scanWorkersEnded()) gf_showMessage("Waiting for a file of the last scan to be read ...", false);
     while (!gf_scanWorkersEnded()) {

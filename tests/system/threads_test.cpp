@@ -159,7 +159,9 @@ TEST(Threads, AnErrorWaitsForTheUserWhoPutsItRightOrClosesTheWindow) {
     LiveRunOptions options;
     options.beforeStart = [] { std::filesystem::remove("output/LiveriesScanned.xml"); };
     LiveRun live(std::move(options));
-    const auto failed = [] { return gExitReason == ExitReason::systemError && gf_currentMessage().starts_with("51: File "); };
+    const auto failed = [] {
+        return gExitReason == ExitReason::systemError && gf_currentMessage().starts_with("51: File ");
+    };
     ASSERT_TRUE(live.until(failed)) << gf_currentMessage();
     gf_requestStop(ExitReason::newSettings, 3);
     EXPECT_EQ(live.awaitMessage(), WindowMessage::startRun);

@@ -2,9 +2,12 @@
 
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
+#include <string>
 
 #include "core/run/run.h"
 #include "liveries/scan_pool.h"
+#include "platform/library.h"
 #include "platform/system.h"
 #include "shell/command_line.h"
 #include "shell/file_names.h"
@@ -13,6 +16,7 @@
 #include "shell/text.h"
 #include "shell/window/headless.h"
 #include "sim/port/sandbox/sandbox.h"
+#include "sim/port/simconnect/simconnect.h"
 
 namespace {
 
@@ -20,13 +24,39 @@ constexpr int kSecondInstance = -1;
 constexpr int kBadCommandLine = 2;
 constexpr int kStartFailed = 1;
 
+/// The simulator itself, where it can run or its library was named, unless the built-in one is asked for.
+bool lf_wantsSandbox(const hcr::CommandLine& commandLine) {
+    return commandLine.sandboxAsked || (commandLine.simConnect.empty() && !hcr::gf_simulatorRunsHere());
+}
+
+void lf_chooseSimulator(const hcr::CommandLine& commandLine) {
+    if (lf_wantsSandbox(commandLine)) {
+        const hcr::Scenario scenario =
+            commandLine.sandbox.empty() ? hcr::gf_defaultScenario() : hcr::gf_readScenario(commandLine.sandbox);
+        hcr::gf_startSandbox(scenario, commandLine.trace);
+        return;
+    }
+    if (!commandLine.trace.empty())
+        throw std::runtime_error("--trace works with the built-in simulator; add --sandbox");
+    const hcr::Library library =
+        hcr::gf_loadSimConnect(commandLine.simConnect.empty() ? hcr::gf_simConnectName() : commandLine.simConnect);
+    hcr::gf_log("Simulator reached by " + hcr::gf_shownPath(library.file));
+}
+
+/// A box would wait for somebody to click it away.
+void lf_tell(const hcr::CommandLine& commandLine, const std::string& text) {
+    if (commandLine.headless) {
+        std::fprintf(stderr, "%s: %s\n", hcr::kProgramName, text.c_str());
+    } else {
+        hcr::gf_showAlert(hcr::kProgramName, text);
+    }
+}
+
 int lf_start(const hcr::CommandLine& commandLine) {
     if (!hcr::gf_claimSingleInstance("Local\\$Halcy$")) return kSecondInstance;
     hcr::gf_openLog();
     hcr::gf_makeConfigurationFolder();
-    const hcr::Scenario scenario =
-        commandLine.sandbox.empty() ? hcr::gf_defaultScenario() : hcr::gf_readScenario(commandLine.sandbox);
-    hcr::gf_startSandbox(scenario, commandLine.trace);
+    lf_chooseSimulator(commandLine);
     hcr::gProduction = commandLine.production;
     const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds, .seconds = commandLine.seconds});
     hcr::gf_stopSandbox();
@@ -44,15 +74,14 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (!commandLine.error.empty()) {
-        hcr::gf_showAlert(hcr::kProgramName,
-                          fmt::format("{}\n\n{}", commandLine.error, hcr::gf_commandLineHelp()));
+        lf_tell(commandLine, fmt::format("{}\n\n{}", commandLine.error, hcr::gf_commandLineHelp()));
         return kBadCommandLine;
     }
     try {
         return lf_start(commandLine);
     } catch (const std::exception& e) {
         hcr::gf_logError(e.what());
-        hcr::gf_showAlert(hcr::kProgramName, e.what());
+        lf_tell(commandLine, e.what());
         return kStartFailed;
     }
 }

@@ -45,6 +45,22 @@ struct Reader {
     }
 };
 
+/// True for what is written as an option and is one, so that it isn't taken for a file.
+bool lf_isOption(const std::string& argument) {
+    constexpr std::string_view kNames[] = {"PRODUCTION", "NO-PRODUCTION", "HEADLESS", "HELP",    "?",
+                                           "SANDBOX",    "SIMCONNECT",    "TRACE",    "SECONDS", "TABLE"};
+    if (argument.starts_with("--")) return true;
+    const std::optional<std::string> name = lf_optionName(argument);
+    return name && std::find(std::begin(kNames), std::end(kNames), *name) != std::end(kNames);
+}
+
+void lf_readSandbox(Reader& reader) {
+    reader.result.sandboxAsked = true;
+    const bool isLast = reader.at + 1 >= reader.arguments.size();
+    if (isLast || lf_isOption(reader.arguments[reader.at + 1])) return;
+    reader.result.sandbox = gf_pathFromUtf8(reader.arguments[++reader.at]);
+}
+
 void lf_readPath(Reader& reader, std::string_view option, std::filesystem::path& path) {
     std::string value;
     if (reader.next(option, value)) path = gf_pathFromUtf8(value);
@@ -73,8 +89,9 @@ void lf_readOption(Reader& reader, const std::string& argument) {
     } else if (name == "HELP" || name == "?") {
         result.help = true;
     } else if (name == "SANDBOX") {
-        result.sandboxAsked = true;
-        lf_readPath(reader, argument, result.sandbox);
+        lf_readSandbox(reader);
+    } else if (name == "SIMCONNECT") {
+        lf_readPath(reader, argument, result.simConnect);
     } else if (name == "TRACE") {
         lf_readPath(reader, argument, result.trace);
     } else if (name == "TABLE") {
@@ -94,6 +111,9 @@ CommandLine gf_readCommandLine(const std::vector<std::string>& arguments) {
     for (; reader.at < arguments.size() && result.error.empty(); ++reader.at) {
         lf_readOption(reader, arguments[reader.at]);
     }
+    if (result.error.empty() && result.sandboxAsked && !result.simConnect.empty()) {
+        result.error = "--sandbox and --simconnect name two simulators, one is possible";
+    }
     return result;
 }
 
@@ -104,7 +124,8 @@ std::string gf_commandLineHelp() {
         "  --headless           no window: message line and counters on standard output\n"
         "  --table SECONDS      with --headless: a table of the live aircraft every so many seconds\n"
         "  --seconds N          close by itself after N seconds\n"
-        "  --sandbox SCENARIO   fly in the built-in simulator, with this scenario file\n"
+        "  --sandbox [SCENARIO] fly in the built-in simulator, parked at Amsterdam or as this scenario file tells\n"
+        "  --simconnect FILE    reach the simulator by this client library instead of SimConnect.dll\n"
         "  --trace FILE         what the built-in simulator was told and what it shows, one JSON object per line\n"
         "  --production         end behind the data load; --no-production takes it back\n"
         "  --help               this text\n",

@@ -13,8 +13,9 @@ struct CommandLine {
     bool production = false;          ///< --production, /production; --no-production ends it, the last one counts
     bool headless = false;            ///< --headless: no window, message line and counters on standard output
     bool help = false;
-    std::filesystem::path sandbox;    ///< --sandbox SCENARIO; empty = none named
-    bool sandboxAsked = false;
+    bool sandboxAsked = false;        ///< --sandbox [SCENARIO]: fly in the built-in simulator
+    std::filesystem::path sandbox;    ///< its scenario; empty = the built-in one
+    std::filesystem::path simConnect; ///< --simconnect FILE: the simulator's client library; empty = the usual one
     std::filesystem::path trace;      ///< --trace FILE: of the sandbox
     i32 tableSeconds = 0;             ///< --table SECONDS: with --headless a table of the live aircraft this often
     i64 seconds = 0;                  ///< --seconds N: close by itself after so long, 0 = never

@@ -59,7 +59,8 @@ void lf_announceWait() {
 bool lf_openSession() {
     lf_announceWait();
     SimHandle handle = nullptr;
-    if (gSimPort.SimConnect_Open(&handle, kProgramName, nullptr, 0, nullptr, 0) < 0) return false;
+    const SimResult result = gSimPort.SimConnect_Open(&handle, kProgramName, nullptr, 0, nullptr, 0);
+    if (result < 0 || handle == nullptr) return false;
     // Under the lock, so that no request of the worker comes before the definition that it names.
     const std::lock_guard lock(gSimMutex);
     gSimHandle = handle;
@@ -74,6 +75,7 @@ void lf_simulatorGone() {
 }
 
 void lf_dispatchWaiting() {
+    // The result isn't looked at: a client library may well give a negative one when nothing waits.
     gSimPort.SimConnect_CallDispatch(gSimHandle, lf_guardedDispatch, nullptr);
     if (gDispatchFailure) std::rethrow_exception(std::exchange(gDispatchFailure, nullptr));
 }

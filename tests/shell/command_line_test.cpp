@@ -16,6 +16,7 @@ std::string told(const CommandLine& line) {
     if (line.headless) text += "headless ";
     if (line.help) text += "help ";
     if (line.sandboxAsked) text += "sandbox=" + line.sandbox.string() + " ";
+    if (!line.simConnect.empty()) text += "simconnect=" + line.simConnect.string() + " ";
     if (!line.trace.empty()) text += "trace=" + line.trace.string() + " ";
     if (line.tableSeconds != 0) text += fmt::format("table={} ", line.tableSeconds);
     if (line.seconds != 0) text += fmt::format("seconds={} ", line.seconds);
@@ -46,6 +47,11 @@ TEST(CommandLine, EveryOptionIsUnderstoodInBothSpellingsAndAnyCase) {
         {{"/HEADLESS", "/table", "3600"}, "headless table=3600"},
         {{"--sandbox", "/home/me/s.json", "--trace", "t.jsonl"}, "sandbox=/home/me/s.json trace=t.jsonl"},
         {{"--sandbox", ""}, "sandbox="},
+        {{"--sandbox"}, "sandbox="},
+        {{"--sandbox", "--headless"}, "headless sandbox="},
+        {{"--sandbox", "/Table", "5"}, "sandbox= table=5"},
+        {{"--sandbox", "/tables"}, "sandbox=/tables"},
+        {{"/SimConnect", "C:\\x y\\SimConnect.dll"}, "simconnect=C:\\x y\\SimConnect.dll"},
         {{"--seconds", "2592000"}, "seconds=2592000"},
         {{"--help"}, "help"},
         {{"/?"}, "help"},
@@ -61,7 +67,10 @@ TEST(CommandLine, TheFirstFaultEndsTheReadingAndIsTold) {
         {{"--"}, "unknown argument '--'"},
         {{"/home/headless"}, "unknown argument '/home/headless'"},
         {{"--headless=1", "--production"}, "unknown argument '--headless=1'"},
-        {{"--sandbox"}, "sandbox= --sandbox needs a value"},
+        {{"--sandbox", "s.json", "t.json"}, "sandbox=s.json unknown argument 't.json'"},
+        {{"--simconnect"}, "--simconnect needs a value"},
+        {{"--simconnect", "a.dll", "--sandbox"},
+         "sandbox= simconnect=a.dll --sandbox and --simconnect name two simulators, one is possible"},
         {{"/trace"}, "/trace needs a value"},
         {{"--headless", "--table"}, "headless --table needs a value"},
         {{"--table", "0"}, "--table: '0' is no number from 1 to 3600"},
@@ -78,7 +87,7 @@ TEST(CommandLine, TheFirstFaultEndsTheReadingAndIsTold) {
 TEST(CommandLine, TheHelpNamesEveryOption) {
     const std::string help = gf_commandLineHelp();
     for (const char* option :
-         {"--headless", "--table", "--seconds", "--sandbox", "--trace", "--production", "--no-production", "--help"}) {
+         {"--headless", "--table", "--seconds", "--sandbox", "--simconnect", "--trace", "--production", "--no-production", "--help"}) {
         EXPECT_NE(help.find(option), std::string::npos) << option;
     }
 }

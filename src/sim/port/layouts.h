@@ -1,13 +1,11 @@
 #pragma once
 
-#include <cstddef>
-
-#include "platform/types.h"
+#include "sim/port/assumptions.h"
 
 namespace hcr {
 
 // The published binary layouts of the simulator's client interface. They are the same on every implementation of
-// SimPort, so that the dispatch code is one. Names are the published ones.
+// SimPort, so that the dispatch code is one. Names are the published ones; layouts.cpp proves sizes and offsets.
 
 #pragma pack(push, 1)
 
@@ -106,21 +104,6 @@ struct StaticData {
 
 #pragma pack(pop)
 
-static_assert(sizeof(SIMCONNECT_RECV) == 12);
-static_assert(sizeof(SIMCONNECT_RECV_EXCEPTION) == 24);
-static_assert(sizeof(SIMCONNECT_RECV_OPEN) == 308);
-static_assert(sizeof(SIMCONNECT_RECV_QUIT) == 12);
-static_assert(sizeof(SIMCONNECT_RECV_EVENT) == 24);
-static_assert(sizeof(SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE) == 28);
-static_assert(sizeof(SIMCONNECT_RECV_EVENT_FILENAME) == 288);
-static_assert(sizeof(SIMCONNECT_RECV_EVENT_FRAME) == 32);
-static_assert(sizeof(SIMCONNECT_RECV_SIMOBJECT_DATA) == 40);
-static_assert(sizeof(SIMCONNECT_RECV_ASSIGNED_OBJECT_ID) == 20);
-static_assert(sizeof(SIMCONNECT_DATA_INITPOSITION) == 56);
-static_assert(sizeof(UserAircraftData) == 96);
-static_assert(sizeof(AiStatusData) == 56);
-static_assert(sizeof(StaticData) == 16);
-
 enum SimRecvId : u32 {
     SIMCONNECT_RECV_ID_NULL = 0,
     SIMCONNECT_RECV_ID_EXCEPTION = 1,
@@ -134,38 +117,7 @@ enum SimRecvId : u32 {
     SIMCONNECT_RECV_ID_SIMOBJECT_DATA_BYTYPE = 9,
     SIMCONNECT_RECV_ID_ASSIGNED_OBJECT_ID = 12,
     SIMCONNECT_RECV_ID_CLIENT_DATA = 16,
-    SIMCONNECT_RECV_ID_EVENT_EX1 = 27,
-};
-
-enum SimDataType : u32 {
-    SIMCONNECT_DATATYPE_INT32 = 1,
-    SIMCONNECT_DATATYPE_INT64 = 2,
-    SIMCONNECT_DATATYPE_FLOAT32 = 3,
-    SIMCONNECT_DATATYPE_FLOAT64 = 4,
-    SIMCONNECT_DATATYPE_STRING8 = 5,
-    SIMCONNECT_DATATYPE_STRING32 = 6,
-    SIMCONNECT_DATATYPE_STRING64 = 7,
-    SIMCONNECT_DATATYPE_STRING128 = 8,
-    SIMCONNECT_DATATYPE_STRING256 = 9,
-    SIMCONNECT_DATATYPE_STRING260 = 10,
-    SIMCONNECT_DATATYPE_STRINGV = 11,
-};
-
-enum SimPeriod : u32 {
-    SIMCONNECT_PERIOD_NEVER = 0,
-    SIMCONNECT_PERIOD_ONCE = 1,
-    SIMCONNECT_PERIOD_VISUAL_FRAME = 2,
-    SIMCONNECT_PERIOD_SIM_FRAME = 3,
-    SIMCONNECT_PERIOD_SECOND = 4,
-};
-
-enum SimObjectType : u32 {
-    SIMCONNECT_SIMOBJECT_TYPE_USER = 0,
-    SIMCONNECT_SIMOBJECT_TYPE_ALL = 1,
-    SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT = 2,
-    SIMCONNECT_SIMOBJECT_TYPE_HELICOPTER = 3,
-    SIMCONNECT_SIMOBJECT_TYPE_BOAT = 4,
-    SIMCONNECT_SIMOBJECT_TYPE_GROUND = 5,
+    SIMCONNECT_RECV_ID_EVENT_EX1 = kRecvIdEventEx1,
 };
 
 enum SimException : u32 {
@@ -193,9 +145,5 @@ enum SimException : u32 {
     SIMCONNECT_EXCEPTION_DUPLICATE_ID = 29,
     SIMCONNECT_EXCEPTION_OUT_OF_BOUNDS = 31,
 };
-
-inline constexpr u32 SIMCONNECT_UNUSED = 0xFFFFFFFF;
-inline constexpr u32 SIMCONNECT_OBJECT_ID_USER = 0;
-inline constexpr u32 SIMCONNECT_GROUP_PRIORITY_HIGHEST = 1;
 
 }  // namespace hcr

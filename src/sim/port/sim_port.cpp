@@ -4,4 +4,17 @@ namespace hcr {
 
 SimPort gSimPort;
 
+namespace {
+
+constexpr std::size_t lf_visited() {
+    std::size_t count = 0;
+    SimPort port;
+    gf_visitSimPort(port, [&count](const char*, auto&) { ++count; });
+    return count;
+}
+
+static_assert(lf_visited() * sizeof(void (*)()) == sizeof(SimPort), "gf_visitSimPort leaves out a function");
+
+}  // namespace
+
 }  // namespace hcr

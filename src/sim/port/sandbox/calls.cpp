@@ -29,29 +29,10 @@ SimPort gf_sandboxPort() {
 }
 
 bool gf_sandboxHasCall(const char* name) {
-    constexpr const char* kCalls[] = {
-        "SimConnect_Open",
-        "SimConnect_Close",
-        "SimConnect_CallDispatch",
-        "SimConnect_GetLastSentPacketID",
-        "SimConnect_AddToDataDefinition",
-        "SimConnect_RequestDataOnSimObject",
-        "SimConnect_RequestDataOnSimObjectType",
-        "SimConnect_SetDataOnSimObject",
-        "SimConnect_MapClientEventToSimEvent",
-        "SimConnect_AddClientEventToNotificationGroup",
-        "SimConnect_SetNotificationGroupPriority",
-        "SimConnect_SubscribeToSystemEvent",
-        "SimConnect_TransmitClientEvent",
-        "SimConnect_AICreateNonATCAircraft",
-        "SimConnect_AIReleaseControl",
-        "SimConnect_AIRemoveObject",
-        "SimConnect_AISetAircraftFlightPlan",
-    };
-    for (const char* call : kCalls) {
-        if (std::strcmp(call, name) == 0) return true;
-    }
-    return false;
+    bool has = false;
+    const SimPort port;
+    gf_visitSimPort(port, [&](const char* call, const auto&) { has = has || std::strcmp(call, name) == 0; });
+    return has;
 }
 
 }  // namespace hcr

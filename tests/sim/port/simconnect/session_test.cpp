@@ -1,0 +1,132 @@
+#include "sim/session.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <thread>
+
+#include "core/model/tables.h"
+#include "platform/clock.h"
+#include "shell/run_stop.h"
+#include "sim/aircraft.h"
+#include "sim/drain.h"
+#include "stand_in.h"
+#include "tests/sim/session_fixture.h"
+
+// The session's own thread before the stand-in of the client library, the worker's side of it on the test's thread. The
+// simulator's time is the wall's, so what must come is waited for.
+
+namespace hcr::test {
+namespace {
+
+constexpr u32 kLive = 4740001;
+constexpr int kMostCycles = 60000;
+
+struct SessionOnLibrary : SessionTest {
+    SessionOnLibrary() {
+        gSimHandle = nullptr;
+    }
+
+    void addLive() {
+        LiveAc& ac = gLiveAcs.emplace_back();
+        ac.hexid = kLive;
+        ac.callsign = "KLM1";
+        ac.liveryTitle = "A320 House";
+        ac.acClass = 2;
+        ac.flightState = FlightState::flying;
+        ac.lat = 52.4;
+        ac.lon = 4.7;
+        ac.alt = 3000;
+        ac.tas = 160;
+        ac.stream.resize(2);
+        for (PosSample& sample : ac.stream) sample.airborne = true;
+        ac.lifeState = LifeState::adding2sim;
+        AiCreateRequest request = createRequest(ac.hexid, ac.callsign, ac.liveryTitle);
+        request.lat = ac.lat;
+        request.lon = ac.lon;
+        request.alt = ac.alt;
+        gLiveAdding.push_back(request);
+    }
+
+    void cycle() {
+        for (const SimMessage& news : takeNews()) {
+            if (news.kind == SimKind::liveCreated) {
+                gLiveAcs[0].objectId = news.object;
+                gPendingObjects.push_back(news);
+            }
+            if (news.kind == SimKind::objectGone) gone.push_back(news.object);
+        }
+        if (!gPendingObjects.empty()) gf_passPendingObjects();
+        for (const LiveAc& ac : gLiveAcs) {
+            if (ac.lifeState == LifeState::active) gPosQueueBack.push_back({ac.position(), ac.objectId});
+        }
+        gf_swapPositionBuffers();
+        gf_paceQueues(tick);
+        if (gFlightRunning && tick % 20 == 0) gf_requestAircraftInRange();
+        if (gFlightRunning && tick % 100 == 0) gf_fetchUserPosition();
+        ++tick;
+        gf_sleepMs(1);
+    }
+
+    template <typename Condition>
+    bool cyclesUntil(Condition condition) {
+        for (int n = 0; n < kMostCycles && !condition(); ++n) cycle();
+        return condition();
+    }
+
+    i32 tick = 1;
+    std::vector<u32> gone;
+};
+
+std::vector<nlohmann::json> linesOf(const std::string& trace) {
+    std::vector<nlohmann::json> lines;
+    std::istringstream text(trace);
+    for (std::string line; std::getline(text, line);) lines.push_back(nlohmann::json::parse(line));
+    return lines;
+}
+
+TEST_F(SessionOnLibrary, AnAircraftIsMadeFrozenPlacedAndTakenAway) {
+    StandIn standIn(R"({"openAfter": 0.3, "flightAfter": 0, "frameRate": 200})", "trace.jsonl");
+    {
+        std::jthread thread(SimClient);
+        ASSERT_TRUE(cyclesUntil([] { return gFlightRunning.load(); }));
+        addLive();
+        ASSERT_TRUE(cyclesUntil([] { return gLiveAcs[0].lifeState == LifeState::active; })) << log();
+        const int placed = tick;
+        ASSERT_TRUE(cyclesUntil([&] { return tick > placed + 1500; }));  // the trace tells states once a second
+        removeAircraftFromSim(gLiveAcs[0]);
+        ASSERT_TRUE(cyclesUntil([this] { return !gone.empty(); }));
+    }
+    EXPECT_EQ(gone, (std::vector<u32>{gLiveAcs[0].objectId}));
+    EXPECT_EQ(logCount("Waiting for MSFS 2020 ..."), 1U);
+    EXPECT_TRUE(logHas("KittyHawk (11.0.282174.999) connected"));
+    EXPECT_TRUE(logHas("SimConnect closed ok"));
+    EXPECT_FALSE(logHas("==> "));
+    EXPECT_EQ(gExitReason, ExitReason::notYetSet);
+
+    nlohmann::json state;
+    for (const nlohmann::json& line : linesOf(readFile("trace.jsonl"))) {
+        EXPECT_FALSE(line.contains("exception")) << line;
+        if (line.contains("frozen") && line["tail"] == "KLM1") state = line;
+    }
+    ASSERT_FALSE(state.is_null());
+    EXPECT_EQ(state["frozen"], 1);
+    EXPECT_EQ(state["engines"], 1);
+    EXPECT_EQ(state["alt"], 3000);
+    EXPECT_NEAR(state["lat"].get<f64>(), 52.4, 1e-6);
+    EXPECT_GT(state["writes"].get<i64>(), 10);
+}
+
+TEST_F(SessionOnLibrary, WhenTheSimulatorEndsTheSessionIsClosedAndTheRunStops) {
+    StandIn standIn(R"({"flightAfter": 0, "faults": [{"at": 0.3, "kind": "quit"}]})");
+    {
+        std::jthread thread(SimClient);
+        EXPECT_TRUE(cyclesUntil([] { return gExitReason == ExitReason::simWasClosed; }));
+    }
+    EXPECT_TRUE(logHas("Flight Simulator no longer connected, Halcyrane will stop ..."));
+    EXPECT_EQ(logCount("SimConnect closed ok"), 1U);
+    EXPECT_EQ(gSimHandle, nullptr);
+    EXPECT_FALSE(gFlightRunning);
+}
+
+}  // namespace
+}  // namespace hcr::test

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/run/run.h"
+#include "feed/udp_reader.h"
 #include "liveries/scan_pool.h"
 #include "platform/library.h"
 #include "platform/system.h"
@@ -57,6 +58,7 @@ int lf_start(const hcr::CommandLine& commandLine) {
     hcr::gf_openLog();
     hcr::gf_makeConfigurationFolder();
     lf_chooseSimulator(commandLine);
+    hcr::gf_setFeedPorts(commandLine.trafficPort, commandLine.weatherPort);
     hcr::gProduction = commandLine.production;
     const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds, .seconds = commandLine.seconds});
     hcr::gf_stopSandbox();

@@ -13,6 +13,7 @@ namespace hcr {
 namespace {
 
 constexpr i64 kLongestSeconds = 30LL * 86400;
+constexpr i64 kHighestPort = 65535;
 
 /// "--headless" and "/Headless" are "HEADLESS"; a text that is no option gives nothing.
 std::optional<std::string> lf_optionName(std::string_view argument) {
@@ -47,8 +48,9 @@ struct Reader {
 
 /// True for what is written as an option and is one, so that it isn't taken for a file.
 bool lf_isOption(const std::string& argument) {
-    constexpr std::string_view kNames[] = {"PRODUCTION", "NO-PRODUCTION", "HEADLESS", "HELP",    "?",
-                                           "SANDBOX",    "SIMCONNECT",    "TRACE",    "SECONDS", "TABLE"};
+    constexpr std::string_view kNames[] = {"PRODUCTION", "NO-PRODUCTION", "HEADLESS",     "HELP",
+                                           "?",          "SANDBOX",       "SIMCONNECT",   "TRACE",
+                                           "SECONDS",    "TABLE",         "TRAFFIC-PORT", "WEATHER-PORT"};
     if (argument.starts_with("--")) return true;
     const std::optional<std::string> name = lf_optionName(argument);
     return name && std::find(std::begin(kNames), std::end(kNames), *name) != std::end(kNames);
@@ -94,6 +96,10 @@ void lf_readOption(Reader& reader, const std::string& argument) {
         lf_readPath(reader, argument, result.simConnect);
     } else if (name == "TRACE") {
         lf_readPath(reader, argument, result.trace);
+    } else if (name == "TRAFFIC-PORT") {
+        lf_readNumber(reader, argument, 1, kHighestPort, result.trafficPort);
+    } else if (name == "WEATHER-PORT") {
+        lf_readNumber(reader, argument, 1, kHighestPort, result.weatherPort);
     } else if (name == "TABLE") {
         lf_readNumber(reader, argument, 1, 3600, result.tableSeconds);
     } else if (name == "SECONDS") {
@@ -127,6 +133,8 @@ std::string gf_commandLineHelp() {
         "  --sandbox [SCENARIO] fly in the built-in simulator, parked at Amsterdam or as this scenario file tells\n"
         "  --simconnect FILE    reach the simulator by this client library instead of SimConnect.dll\n"
         "  --trace FILE         what the built-in simulator was told and what it shows, one JSON object per line\n"
+        "  --traffic-port N     UDP port of RealTraffic's traffic lines (49005); --weather-port N of its weather "
+        "(49004)\n"
         "  --production         end behind the data load; --no-production takes it back\n"
         "  --help               this text\n",
         kProgramName, gf_programVersion().text());

@@ -17,6 +17,8 @@ struct CommandLine {
     std::filesystem::path sandbox;    ///< its scenario; empty = the built-in one
     std::filesystem::path simConnect; ///< --simconnect FILE: the simulator's client library; empty = the usual one
     std::filesystem::path trace;      ///< --trace FILE: of the sandbox
+    u16 trafficPort = 0;              ///< --traffic-port N: UDP port of the feed's traffic, 0 = RealTraffic's own
+    u16 weatherPort = 0;              ///< --weather-port N: UDP port of its weather, 0 = RealTraffic's own
     i32 tableSeconds = 0;             ///< --table SECONDS: with --headless a table of the live aircraft this often
     i64 seconds = 0;                  ///< --seconds N: close by itself after so long, 0 = never
     std::string error;                ///< what could not be understood; empty when all was

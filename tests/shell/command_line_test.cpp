@@ -18,6 +18,8 @@ std::string told(const CommandLine& line) {
     if (line.sandboxAsked) text += "sandbox=" + line.sandbox.string() + " ";
     if (!line.simConnect.empty()) text += "simconnect=" + line.simConnect.string() + " ";
     if (!line.trace.empty()) text += "trace=" + line.trace.string() + " ";
+    if (line.trafficPort != 0) text += fmt::format("traffic={} ", line.trafficPort);
+    if (line.weatherPort != 0) text += fmt::format("weather={} ", line.weatherPort);
     if (line.tableSeconds != 0) text += fmt::format("table={} ", line.tableSeconds);
     if (line.seconds != 0) text += fmt::format("seconds={} ", line.seconds);
     if (!line.error.empty()) text += line.error + " ";
@@ -53,6 +55,7 @@ TEST(CommandLine, EveryOptionIsUnderstoodInBothSpellingsAndAnyCase) {
         {{"--sandbox", "/tables"}, "sandbox=/tables"},
         {{"/SimConnect", "C:\\x y\\SimConnect.dll"}, "simconnect=C:\\x y\\SimConnect.dll"},
         {{"--seconds", "2592000"}, "seconds=2592000"},
+        {{"--traffic-port", "1", "--weather-port", "65535"}, "traffic=1 weather=65535"},
         {{"--help"}, "help"},
         {{"/?"}, "help"},
         {{"--trace", "--headless"}, "trace=--headless"},
@@ -78,6 +81,7 @@ TEST(CommandLine, TheFirstFaultEndsTheReadingAndIsTold) {
         {{"--table", "5s"}, "--table: '5s' is no number from 1 to 3600"},
         {{"--table", " 5"}, "--table: ' 5' is no number from 1 to 3600"},
         {{"--table", ""}, "--table: '' is no number from 1 to 3600"},
+        {{"--traffic-port", "65536"}, "--traffic-port: '65536' is no number from 1 to 65535"},
         {{"--seconds", "-1"}, "--seconds: '-1' is no number from 1 to 2592000"},
         {{"--seconds", "1e3"}, "--seconds: '1e3' is no number from 1 to 2592000"},
         {{"--seconds", "99999999999999999999"}, "--seconds: '99999999999999999999' is no number from 1 to 2592000"},
@@ -87,7 +91,7 @@ TEST(CommandLine, TheFirstFaultEndsTheReadingAndIsTold) {
 TEST(CommandLine, TheHelpNamesEveryOption) {
     const std::string help = gf_commandLineHelp();
     for (const char* option :
-         {"--headless", "--table", "--seconds", "--sandbox", "--simconnect", "--trace", "--production", "--no-production", "--help"}) {
+         {"--headless", "--table", "--seconds", "--sandbox", "--simconnect", "--trace", "--traffic-port", "--weather-port", "--production", "--no-production", "--help"}) {
         EXPECT_NE(help.find(option), std::string::npos) << option;
     }
 }

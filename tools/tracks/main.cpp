@@ -10,6 +10,7 @@
 #include "shell/text.h"
 #include "shell/text_files.h"
 #include "tools/feed/recording.h"
+#include "tools/tracks/stories.h"
 #include "tools/tracks/tracks.h"
 
 namespace {
@@ -21,7 +22,10 @@ constexpr const char* kUsage =
     "         draws the tracks that the built-in simulator flew (its trace) over the reported ones (a recording,\n"
     "         its first N seconds), and tells how far they lie apart\n"
     "       halcyrane-tracks --scenario SCENARIO RECORDING\n"
-    "         prints the scenario with the user put into the middle of the recording's traffic\n";
+    "         prints the scenario with the user put into the middle of the recording's traffic\n"
+    "       halcyrane-tracks --compare TRACE TRACE\n"
+    "         tells where two sessions with the same traffic differ in kind: in their aircraft, titles, the order of\n"
+    "         calls for each, its last state; ends with 1 when they do\n";
 
 int lf_draw(const std::string& trace, const std::string& recording, const std::string& svg, f64 seconds) {
     const Tracks flown = readFlownTracks(gf_pathFromUtf8(trace));
@@ -30,9 +34,10 @@ int lf_draw(const std::string& trace, const std::string& recording, const std::s
         throw std::runtime_error(fmt::format("{} can't be written", svg));
     }
     const Deviation off = measureDeviation(flown, reported);
-    fmt::print("   {} aircraft flown, {} positions compared with the reports: median {:.1f} m off the reported line, "
-               "99 % within {:.1f} m, worst {:.1f} m ({})\n",
-               flown.size(), off.points, off.median, off.p99, off.worst, off.worstName);
+    fmt::print(
+        "   {} aircraft flown, {} positions compared with the reports: median {:.1f} m off the reported line, "
+        "99 % within {:.1f} m, worst {:.1f} m ({})\n",
+        flown.size(), off.points, off.median, off.p99, off.worst, off.worstName);
     return 0;
 }
 
@@ -63,6 +68,16 @@ int lf_placeUser(const std::string& scenario, const std::string& recording) {
     return 0;
 }
 
+int lf_compare(const std::string& one, const std::string& other) {
+    const AircraftStories stories = readStories(gf_pathFromUtf8(one));
+    const std::vector<std::string> differences = compareStories(stories, readStories(gf_pathFromUtf8(other)));
+    for (const std::string& difference : differences) fmt::print("{}\n", difference);
+    std::size_t steps = 0;
+    for (const auto& [tail, story] : stories) steps += story.steps.size();
+    fmt::print("{} aircraft with {} steps compared, {} differences\n", stories.size(), steps, differences.size());
+    return differences.empty() && !stories.empty() ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -71,6 +86,7 @@ int main(int argc, char** argv) {
     try {
         f64 seconds = 0;
         if (arguments.size() == 3 && arguments[0] == "--scenario") return lf_placeUser(arguments[1], arguments[2]);
+        if (arguments.size() == 3 && arguments[0] == "--compare") return lf_compare(arguments[1], arguments[2]);
         if (arguments.size() == 5 && arguments[0] == "--seconds") {
             seconds = std::stod(arguments[1]);
             arguments.erase(arguments.begin(), arguments.begin() + 2);

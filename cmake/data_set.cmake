@@ -8,6 +8,17 @@ set(data_set_files)
 # A file that comes or goes makes the build configure itself anew.
 file(GLOB data_set_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/demo-data/*.xml ${CMAKE_SOURCE_DIR}/demo-data/*.json)
 
+# A cross build's own tool doesn't run on this machine.
+set(cipher_tool halcyrane-data)
+if(CMAKE_CROSSCOMPILING)
+  set(cipher_tool ${CMAKE_BINARY_DIR}/host/halcyrane-data)
+  add_custom_command(OUTPUT ${cipher_tool}
+    COMMAND ${CMAKE_COMMAND} -DSOURCE=${CMAKE_SOURCE_DIR} -DPROGRAM=halcyrane-data -DRESULT=${cipher_tool}
+      -P ${CMAKE_SOURCE_DIR}/cmake/host_tool.cmake
+    DEPENDS ${CMAKE_SOURCE_DIR}/src/shell/stream_cipher.cpp ${CMAKE_SOURCE_DIR}/tools/data/cipher_commands.cpp
+    COMMENT "Building halcyrane-data for this machine" VERBATIM)
+endif()
+
 if(TARGET halcyrane-data)
   foreach(name dbase airports AIG-regcodes)
     set(plain ${CMAKE_SOURCE_DIR}/demo-data/${name}.xml)
@@ -18,9 +29,9 @@ if(TARGET halcyrane-data)
     set(served ${data_server_folder}/${PROJECT_VERSION_MAJOR}/${name}.enc)
     add_custom_command(OUTPUT ${enciphered} ${served}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${data_set_folder} ${data_server_folder}/${PROJECT_VERSION_MAJOR}
-      COMMAND halcyrane-data encipher ${plain} ${enciphered} --key ${HALCYRANE_DATA_KEY}
+      COMMAND ${cipher_tool} encipher ${plain} ${enciphered} --key ${HALCYRANE_DATA_KEY}
       COMMAND ${CMAKE_COMMAND} -E copy ${enciphered} ${served}
-      DEPENDS ${plain} halcyrane-data
+      DEPENDS ${plain} ${cipher_tool}
       COMMENT "Enciphering ${name}.xml" VERBATIM)
     list(APPEND data_set_files ${enciphered} ${served})
   endforeach()

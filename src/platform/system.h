@@ -15,11 +15,15 @@ namespace hcr {
 std::filesystem::path gf_roamingFolder();
 /// The user's local application data: %LOCALAPPDATA%, or $XDG_DATA_HOME (default ~/.local/share).
 std::filesystem::path gf_localFolder();
+/// Takes these folders for the two above, empty ones for the system's again; for tests. No other thread may run.
+void gf_useUserFolders(const std::filesystem::path& roaming, const std::filesystem::path& local);
 /// The folder of the running executable.
 std::filesystem::path gf_programFolder();
 
 /// Opens a file or folder in the user's file manager or viewer; false when that couldn't be started.
 bool gf_openForUser(const std::filesystem::path& path);
+/// Off in tests: gf_openForUser opens nothing then, on nobody's screen.
+inline std::atomic<bool> gMayOpenForUser{true};
 /// Shows a text that the user must see although there is no window yet: a message box, or standard error.
 void gf_showAlert(const std::string& title, const std::string& text);
 /// Takes the machine-wide mark of one running instance; false when another process holds it.
@@ -28,6 +32,8 @@ bool gf_claimSingleInstance(const std::string& name);
 bool gf_isElevated();
 /// Command-line arguments as UTF-8, without the program's name.
 std::vector<std::string> gf_arguments(int argc, char** argv);
+/// An environment variable as UTF-8; nothing when it isn't set, or no text.
+std::optional<std::string> gf_environment(const char* name);
 /// Makes standard output show UTF-8.
 void gf_prepareConsole();
 /// Ends the process at once, without waiting for its threads; what was written to its files is kept.

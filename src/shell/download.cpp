@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <mutex>
 
+#include "platform/system.h"
 #include "shell/generations.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
@@ -76,8 +76,7 @@ CURLcode lf_fetch(CURL* handle, const std::string& url, Sink& sink) {
 DownloadLimits gDownloadLimits;
 
 std::string gf_dataBase() {
-    const char* fromEnvironment = std::getenv("HALCYRANE_DATA_BASE");
-    std::string base = fromEnvironment != nullptr ? fromEnvironment : HALCYRANE_DATA_BASE;
+    std::string base = gf_environment("HALCYRANE_DATA_BASE").value_or(HALCYRANE_DATA_BASE);
     if (!base.empty() && base.back() != '/') base += '/';
     return base;
 }

@@ -19,6 +19,7 @@
 #include "shell/parameters.h"
 #include "shell/text.h"
 #include "sim/port/sandbox/scenario.h"
+#include "support/environment.h"
 
 // The data set is written by hand. These tests read its plain files as they stand and look for the slips that nobody
 // sees in a long list: a code that isn't one, the same thing twice, two files that don't agree.
@@ -33,13 +34,9 @@ constexpr f64 kLowestAirport = -1400, kHighestAirport = 15000;  // feet; the Dea
 constexpr std::size_t kLongestTitle = 120;                      // bytes
 constexpr std::array<const char*, 5> kClassSections = {"high_performance", "heavy", "large", "buzjet", "rotorcraft"};
 
-std::filesystem::path lf_path(const char* name) {
-    return std::filesystem::path(HALCYRANE_SOURCE_DIR) / "demo-data" / name;
-}
-
 /// The top element of a file of the data set; `document` keeps it.
 pugi::xml_node lf_load(pugi::xml_document& document, const char* name) {
-    const std::filesystem::path path = lf_path(name);
+    const std::filesystem::path path = test::demoData(name);
     const pugi::xml_parse_result result = document.load_file(path.c_str());
     EXPECT_TRUE(result) << path << ": " << result.description() << " at byte " << result.offset;
     return document.child("root");
@@ -414,7 +411,7 @@ TEST_F(DemoAirports, AreThereForTheAddOnAirportsOfTheReferenceData) {
 
 TEST_F(DemoData, TheScenarioNamesInstalledTitlesAndRefusesFewerThanStopTheRun) {
     constexpr std::size_t kRefusalsThatStop = 20;
-    const Scenario scenario = gf_readScenario(lf_path("scenario.json"));
+    const Scenario scenario = gf_readScenario(test::demoData("scenario.json"));
     for (const TitleFacts& facts : scenario.titles) EXPECT_TRUE(titles.contains(facts.title)) << facts.title;
     for (const std::string& title : scenario.refused) EXPECT_TRUE(titles.contains(title)) << title;
     EXPECT_TRUE(!scenario.refused.empty() && scenario.refused.size() < kRefusalsThatStop);
@@ -422,7 +419,7 @@ TEST_F(DemoData, TheScenarioNamesInstalledTitlesAndRefusesFewerThanStopTheRun) {
 }
 
 TEST(DemoVersions, AnnounceEveryFileAndNoOtherProgram) {
-    std::ifstream file(lf_path("versions.json"));
+    std::ifstream file(test::demoData("versions.json"));
     const nlohmann::json versions = nlohmann::json::parse(file);
     for (const char* key : {"msfs", "simaddon", "airports", "aig", "liveries", "addons", "dbase"}) {
         const std::optional<VersionData> version = gf_webVersion(versions, key);

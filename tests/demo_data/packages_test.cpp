@@ -11,6 +11,7 @@
 #include "liveries/scan.h"
 #include "shell/text_files.h"
 #include "support/data_folder.h"
+#include "support/environment.h"
 #include "tools/feed/fleet.h"
 
 // The packages of the demo hold the liveries of its traffic, and one example of each fault that a package can have.
@@ -22,11 +23,9 @@ namespace fs = std::filesystem;
 using testing::Contains;
 using testing::HasSubstr;
 
-const fs::path kDemoData = fs::path(HALCYRANE_SOURCE_DIR) / "demo-data";
-
 std::vector<fs::path> lf_files() {
     std::vector<fs::path> files;
-    for (const auto& entry : fs::recursive_directory_iterator(kDemoData / "packages")) {
+    for (const auto& entry : fs::recursive_directory_iterator(test::demoData("packages"))) {
         if (entry.path().filename() == "aircraft.cfg") files.push_back(entry.path());
     }
     std::sort(files.begin(), files.end());
@@ -39,9 +38,9 @@ struct DemoPackages : testing::Test {
     std::map<std::string, LiveryData> byTitle;
 
     DemoPackages() {
-        EXPECT_EQ(gf_readDbaseText(test::readWhole(kDemoData / "dbase.xml")), "");
+        EXPECT_EQ(gf_readDbaseText(test::readWhole(test::demoData("dbase.xml"))), "");
         pugi::xml_document regcodes;
-        regcodes.load_file((kDemoData / "AIG-regcodes.xml").c_str());
+        regcodes.load_file(test::demoData("AIG-regcodes.xml").c_str());
         for (const pugi::xml_node livery : regcodes.child("root").child("AIG-regcodes").children()) {
             if (!*livery.attribute("reg").value()) dontUseTitles.emplace_back(livery.attribute("title").value());
         }
@@ -60,7 +59,7 @@ struct DemoPackages : testing::Test {
 
 TEST_F(DemoPackages, HoldTheLiveriesThatTheDemoHasWithoutAScan) {
     pugi::xml_document document;
-    ASSERT_TRUE(document.load_file((kDemoData / "LiveriesScanned.xml").c_str()));
+    ASSERT_TRUE(document.load_file(test::demoData("LiveriesScanned.xml").c_str()));
     std::size_t known = 0;
     for (const pugi::xml_node liv : document.child("root").child("liveries").children()) {
         const auto found = byTitle.find(liv.attribute("title").value());

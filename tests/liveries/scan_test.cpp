@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <thread>
 
@@ -13,6 +12,7 @@
 #include "liveries/results.h"
 #include "liveries/scan_pool.h"
 #include "platform/clock.h"
+#include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
@@ -51,12 +51,14 @@ struct Scan : testing::Test {
         folder.encipher(gFiles().aigEnc, "<AIG-regcodes><livery title=\"unused\"/></AIG-regcodes>");
         gf_prepareScans();
         forgetStop();
+        gMayOpenForUser = false;
     }
     ~Scan() override {
         gf_awaitScanWorkers();
         gCfgReaders.usual = lf_searchLiveriesinFile;
         forgetStop();
         gf_clearMessage();
+        gMayOpenForUser = true;
     }
 
     static std::vector<LiveryData> readFromDrive(i32 order, const fs::path& path) {
@@ -210,8 +212,6 @@ TEST_F(Scan, WithoutPackagesOrLiveriesItEndsInAMessageForTheUser) {
 
 TEST_F(Scan, ManualFoldersAreScannedInTheirOrder) {
     LIG_AUTOMATIC.current = false;
-    unsetenv("DISPLAY");  // nothing is to be opened on the developer's screen
-    unsetenv("WAYLAND_DISPLAY");
     expectFailure(
         "48: Exit Halcyrane first!   Then set one or more lfolder parameters to your liveries, see Manual 5.2");
     lfolder9.current.set((community / "second").string());

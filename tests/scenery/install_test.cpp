@@ -1,7 +1,6 @@
 #include "scenery/install.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -23,12 +22,10 @@ struct Install : testing::Test {
     fs::path roaming = folder.path / "config", local = folder.path / "data";
 
     Install() {
-        setenv("XDG_DATA_HOME", local.c_str(), 1);
         gf_saveParameters(true);
         forgetStop();
     }
     ~Install() override {
-        unsetenv("XDG_DATA_HOME");
         forgetStop();
         gWindow.fatalMessage.clear();
         gf_clearMessage();

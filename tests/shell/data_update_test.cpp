@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +11,7 @@
 #include "shell/shell_world.h"
 #include "shell/window_state.h"
 #include "shell/zip.h"
+#include "support/environment.h"
 
 namespace fs = std::filesystem;
 
@@ -31,7 +31,7 @@ constexpr const char* kVersions = R"({
 struct DataUpdate : test::ShellWorld {
     void SetUp() override {
         ShellWorld::SetUp();
-        setenv("HALCYRANE_DATA_BASE", ("file://" + (folder / "server").string()).c_str(), 1);
+        test::setVariable("HALCYRANE_DATA_BASE", test::fileUrl("server").c_str());
         for (const char* name : {"airports.enc", "AIG-regcodes.enc", "dbase.enc"}) {
             write(fs::path("server/11") / name, std::string("server's ") + name);
         }
@@ -42,7 +42,7 @@ struct DataUpdate : test::ShellWorld {
     }
 
     void TearDown() override {
-        unsetenv("HALCYRANE_DATA_BASE");
+        test::setVariable("HALCYRANE_DATA_BASE", nullptr);
         gf_resetWindowState();
         ShellWorld::TearDown();
     }
@@ -118,7 +118,7 @@ TEST_F(DataUpdate, AMissingFileIsFetchedAgainAndAFailedOneKeepsItsVersion) {
 }
 
 TEST_F(DataUpdate, WithoutAServerEverythingStays) {
-    setenv("HALCYRANE_DATA_BASE", "", 1);
+    test::setVariable("HALCYRANE_DATA_BASE", "");
     DBASE_VERSION.current.set("1.0.0");
     EXPECT_TRUE(gf_updateData());
     EXPECT_TRUE(logHas("==> Downloading version info from my web site failed!\n"));

@@ -2,22 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "shell/http_server.h"
 #include "shell/run_stop.h"
 #include "shell/shell_world.h"
+#include "support/environment.h"
 
 namespace hcr {
 namespace {
 
+using test::fileUrl;
 using test::HttpServer;
 
 struct Download : test::ShellWorld {
     void SetUp() override {
         ShellWorld::SetUp();
         gDownloadLimits = {};
-        setenv("no_proxy", "*", 1);
+        test::setVariable("no_proxy", "*");
         write("target", "old");
         write("local/file", "from the disc");
         useFileBase(false);
@@ -26,17 +26,13 @@ struct Download : test::ShellWorld {
     void TearDown() override {
         gDownloadLimits = {};
         gStop = false;
-        unsetenv("HALCYRANE_DATA_BASE");
-        unsetenv("no_proxy");
+        test::setVariable("HALCYRANE_DATA_BASE", nullptr);
+        test::setVariable("no_proxy", nullptr);
         ShellWorld::TearDown();
     }
 
     void useFileBase(bool file) const {
-        setenv("HALCYRANE_DATA_BASE", file ? fileUrl("server").c_str() : "http://127.0.0.1:1/downloads", 1);
-    }
-
-    std::string fileUrl(const std::string& name) const {
-        return "file://" + (folder / name).string();
+        test::setVariable("HALCYRANE_DATA_BASE", file ? fileUrl("server").c_str() : "http://127.0.0.1:1/downloads");
     }
 
     /// Fetches into `target`; after a failure the old file and nothing else must be there.

@@ -1,9 +1,12 @@
 #include "shell/shell_world.h"
 
-#include <cstdlib>
+#include <fmt/format.h>
+
 #include <fstream>
 #include <iterator>
+#include <random>
 
+#include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
@@ -15,13 +18,12 @@ namespace hcr::test {
 
 void ShellWorld::SetUp() {
     before = fs::current_path();
-    std::string name = (fs::temp_directory_path() / "halcyrane-shell-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder = name;
+    // A random part keeps processes apart that run at the same time.
+    std::random_device device;
+    folder = fs::temp_directory_path() / fmt::format("halcyrane-shell-{:08x}{:08x}", device(), device());
+    fs::create_directories(folder);
     fs::current_path(folder);
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    configBefore = config != nullptr ? config : "";
-    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    gf_useUserFolders(folder / "config", folder / "data");
     gf_rebuildFileNames();
     gf_makeConfigurationFolder();
     gf_resetParameters();
@@ -33,11 +35,7 @@ void ShellWorld::SetUp() {
 void ShellWorld::TearDown() {
     gf_closeLog();
     gf_resetParameters();
-    if (configBefore.empty()) {
-        unsetenv("XDG_CONFIG_HOME");
-    } else {
-        setenv("XDG_CONFIG_HOME", configBefore.c_str(), 1);
-    }
+    gf_useUserFolders({}, {});
     gf_rebuildFileNames();
     fs::current_path(before);
     fs::remove_all(folder);

@@ -23,7 +23,6 @@ struct ShellWorld : testing::Test {
 
 private:
     std::filesystem::path before;
-    std::string configBefore;
 };
 
 }  // namespace hcr::test

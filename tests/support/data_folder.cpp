@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <fstream>
 #include <random>
@@ -12,6 +11,7 @@
 #include "liveries/reports.h"
 #include "liveries/results.h"
 #include "parking/catalogue.h"
+#include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
@@ -51,7 +51,7 @@ DataFolder::DataFolder() : before(std::filesystem::current_path()) {
         std::filesystem::create_directories(path / folder);
     }
     std::filesystem::current_path(path);
-    setenv("XDG_CONFIG_HOME", (path / "config").c_str(), 1);
+    gf_useUserFolders(path / "config", path / "data");
     gf_rebuildFileNames();
     gf_makeConfigurationFolder();
     gf_resetParameters();
@@ -64,7 +64,7 @@ DataFolder::~DataFolder() {
     gf_closeLog();
     lf_emptyTables();
     gf_resetParameters();
-    unsetenv("XDG_CONFIG_HOME");
+    gf_useUserFolders({}, {});
     gf_rebuildFileNames();
     std::error_code ignored;
     std::filesystem::current_path(before, ignored);

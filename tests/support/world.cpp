@@ -1,7 +1,6 @@
 #include "tests/support/world.h"
 
 #include <fmt/format.h>
-#include <stdlib.h>
 
 #include <fstream>
 #include <stdexcept>
@@ -27,6 +26,7 @@
 #include "shell/window_state.h"
 #include "sim/flight_plan.h"
 #include "sim/session.h"
+#include "tests/support/environment.h"
 
 namespace hcr::test {
 namespace {
@@ -34,12 +34,8 @@ namespace {
 constexpr i64 kCycleUs = 10'000;
 constexpr int kLongestStartCycles = 3000;  // thirty seconds
 
-std::filesystem::path lf_demoData() {
-    return std::filesystem::path(HALCYRANE_SOURCE_DIR) / "demo-data";
-}
-
 void lf_encipher(const char* name, const std::filesystem::path& target) {
-    if (!gf_streamEncrypt(lf_demoData() / name, target)) throw std::runtime_error(std::string("no ") + name);
+    if (!gf_streamEncrypt(demoData(name), target)) throw std::runtime_error(std::string("no ") + name);
 }
 
 /// The start of a flight as the run thread makes it, with the simulator's thread turned by hand.
@@ -72,8 +68,7 @@ std::size_t countOf(const std::string& text, const std::string& piece) {
 void makeWorkFolder(const WorldOptions& options) {
     namespace fs = std::filesystem;
     const fs::path here = fs::current_path();
-    setenv("XDG_CONFIG_HOME", (here / "config").c_str(), 1);
-    setenv("XDG_DATA_HOME", (here / "data").c_str(), 1);
+    gf_useUserFolders(here / "config", here / "data");
     gf_rebuildFileNames();
     fs::create_directories("docs");
     fs::create_directories("input/my_regcodes");
@@ -81,7 +76,7 @@ void makeWorkFolder(const WorldOptions& options) {
     lf_encipher("dbase.xml", gFiles().dbaseEnc);
     lf_encipher("airports.xml", gFiles().airportsEnc);
     lf_encipher("AIG-regcodes.xml", gFiles().aigEnc);
-    fs::copy_file(lf_demoData() / "LiveriesScanned.xml", gFiles().liveriesScanned);
+    fs::copy_file(demoData("LiveriesScanned.xml"), gFiles().liveriesScanned);
     if (options.realTrafficHere) {
         fs::create_directories(gf_roamingFolder() / "InsideSystems");
         writeFile(gf_roamingFolder() / "InsideSystems" / "RealTraffic.jar", "");
@@ -103,6 +98,7 @@ void resetProgram() {
     gf_clearLiveryTables();
     gf_forgetLiveries();
     gf_resetParameters();
+    gf_useUserFolders({}, {});
     gRestart = false;
     gExitCode = 0;
     gRtOnThisPc = false;

@@ -63,7 +63,7 @@ void lf_generate(FeedOptions& options) {
     const std::vector<TimedLine> lines = lf_withWeather(plan);
     if (options.out.empty()) return lf_send(options, lines);
     writeRecordingFile(options.out, recordingText(lines));
-    fmt::print("{} lines of {} aircraft in {}\n", plan.lines.size(), plan.aircraft.size(), options.out.string());
+    fmt::print("{} lines of {} aircraft in {}\n", plan.lines.size(), plan.aircraft.size(), gf_shownPath(options.out));
 }
 
 void lf_run(FeedOptions& options) {

@@ -15,6 +15,8 @@
 #include <mutex>
 #include <system_error>
 
+#include "platform/system_source.h"
+
 extern char** environ;
 
 namespace hcr {
@@ -86,11 +88,11 @@ void lf_catchSignal(int number) {
 
 }  // namespace
 
-fs::path gf_roamingFolder() {
+fs::path gf_systemRoamingFolder() {
     return lf_environmentFolder("XDG_CONFIG_HOME", lf_home() / ".config");
 }
 
-fs::path gf_localFolder() {
+fs::path gf_systemLocalFolder() {
     return lf_environmentFolder("XDG_DATA_HOME", lf_home() / ".local" / "share");
 }
 
@@ -104,7 +106,7 @@ bool gf_openForUser(const fs::path& path) {
     std::error_code error;
     const fs::path whole = fs::absolute(path, error);
     // Without a display the opener would take over the terminal.
-    if (error || !fs::exists(whole, error) || !lf_hasDisplay()) return false;
+    if (error || !fs::exists(whole, error) || !lf_hasDisplay() || !gMayOpenForUser) return false;
 
     posix_spawn_file_actions_t actions;
     if (posix_spawn_file_actions_init(&actions) != 0) return false;
@@ -149,6 +151,11 @@ std::vector<std::string> gf_arguments(int argc, char** argv) {
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) arguments.emplace_back(argv[i]);
     return arguments;
+}
+
+std::optional<std::string> gf_environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 
 void gf_prepareConsole() {

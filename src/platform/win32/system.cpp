@@ -5,6 +5,7 @@
 #include <memory>
 #include <system_error>
 
+#include "platform/system_source.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_header.h"
 
@@ -59,11 +60,11 @@ BOOL WINAPI lf_onConsoleEvent(DWORD event) {
 
 }  // namespace
 
-fs::path gf_roamingFolder() {
+fs::path gf_systemRoamingFolder() {
     return lf_knownFolder(FOLDERID_RoamingAppData);
 }
 
-fs::path gf_localFolder() {
+fs::path gf_systemLocalFolder() {
     return lf_knownFolder(FOLDERID_LocalAppData);
 }
 
@@ -83,7 +84,7 @@ fs::path gf_programFolder() {
 bool gf_openForUser(const fs::path& path) {
     std::error_code error;
     const fs::path whole = fs::absolute(path, error);
-    if (error || !fs::exists(whole, error)) return false;
+    if (error || !fs::exists(whole, error) || !gMayOpenForUser) return false;
     const HINSTANCE result = ShellExecuteW(nullptr, L"open", whole.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
     return reinterpret_cast<INT_PTR>(result) > kShellFailure;
 }
@@ -95,7 +96,7 @@ void gf_showAlert(const std::string& title, const std::string& text) {
 
 bool gf_claimSingleInstance(const std::string& name) {
     // The handle stays open as long as the process lives.
-    const HANDLE mutex = CreateMutexA(nullptr, FALSE, name.c_str());
+    const HANDLE mutex = CreateMutexW(nullptr, FALSE, lf_shownText(name).c_str());
     const bool isHeld = GetLastError() == ERROR_ALREADY_EXISTS;
     if (mutex != nullptr && isHeld) CloseHandle(mutex);
     return !isHeld;
@@ -119,6 +120,16 @@ std::vector<std::string> gf_arguments(int, char**) {
         arguments.push_back(gf_systemWideToUtf8(list.get()[i]).value_or(""));
     }
     return arguments;
+}
+
+std::optional<std::string> gf_environment(const char* name) {
+    const std::wstring wideName = lf_shownText(name);
+    std::wstring value(GetEnvironmentVariableW(wideName.c_str(), nullptr, 0), L'\0');
+    if (value.empty()) return std::nullopt;
+    const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size()));
+    if (length >= value.size()) return std::nullopt;
+    value.resize(length);
+    return gf_systemWideToUtf8(value);
 }
 
 void gf_prepareConsole() {

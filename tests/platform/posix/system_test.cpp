@@ -6,35 +6,14 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 using namespace hcr;
+using test::Variable;
 
 namespace fs = std::filesystem;
-
-namespace {
-
-/// An environment variable that is put back behind the test.
-struct Variable {
-    Variable(const char* variable, const char* value) : name(variable) {
-        if (const char* old = std::getenv(variable)) before = old;
-        wasSet = std::getenv(variable) != nullptr;
-        value != nullptr ? setenv(variable, value, 1) : unsetenv(variable);
-    }
-    ~Variable() {
-        wasSet ? setenv(name, before.c_str(), 1) : unsetenv(name);
-    }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-    const char* name;
-    std::string before;
-    bool wasSet = false;
-};
-
-}  // namespace
 
 TEST(System, FoldersFollowTheEnvironment) {
     const Variable home("HOME", "/home/somebody");

@@ -37,6 +37,7 @@ u16 gf_boundPort(Socket s);
 void gf_setReceiveBuffer(Socket s, i32 bytes);
 /// Asks the system to count datagrams that it had to throw away on this socket, where it can.
 void gf_countDrops(Socket s);
+/// Lets a port be bound at once although former connections linger on it. Returns an error number, 0 = fine.
 i32 gf_setReuseAddress(Socket s);
 i32 gf_setNoDelay(Socket s);
 i32 gf_setBlocking(Socket s, bool blocking);

@@ -32,8 +32,6 @@ bool gf_claimSingleInstance(const std::string& name);
 bool gf_isElevated();
 /// Command-line arguments as UTF-8, without the program's name.
 std::vector<std::string> gf_arguments(int argc, char** argv);
-/// An environment variable as UTF-8; nothing when it isn't set, or no text.
-std::optional<std::string> gf_environment(const char* name);
 /// Makes standard output show UTF-8.
 void gf_prepareConsole();
 /// Ends the process at once, without waiting for its threads; what was written to its files is kept.

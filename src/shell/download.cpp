@@ -5,7 +5,7 @@
 #include <fstream>
 #include <mutex>
 
-#include "platform/system.h"
+#include "platform/environment.h"
 #include "shell/generations.h"
 #include "shell/log.h"
 #include "shell/parameters.h"

@@ -35,8 +35,15 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
         return false;
     }
     if (!exists) return true;
-    fs::copy_file(source, target, fs::copy_options::overwrite_existing, error);
+    // Beside it first: a copy that fails leaves the old file, and not every system copies onto a file that is there.
+    fs::path part = target;
+    part += ".part";
+    fs::remove(part, error);
+    if (!error) fs::copy_file(source, part, error);
+    if (!error) fs::rename(part, target, error);
     if (!error) return true;
+    std::error_code ignored;
+    fs::remove(part, ignored);
     gf_logError(fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), error.message()));
     return false;
 }

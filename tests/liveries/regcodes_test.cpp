@@ -7,6 +7,7 @@
 #include "liveries/results.h"
 #include "shell/file_names.h"
 #include "support/data_folder.h"
+#include "support/environment.h"
 
 namespace hcr {
 namespace {
@@ -103,7 +104,7 @@ TEST_F(Regcodes, TheUsersFilesWinOverTheShippedOneAndThatOverTheLiveries) {
                                                     testing::Pair("PH-CCC", "t4"), testing::Pair("PH-DDD", "t1")));
     EXPECT_THAT(uniqueRegcodes, ElementsAre("PH-BBB", "PH-CCC"));
     EXPECT_THAT(specialTitles, ElementsAre("t2", "t4", "t1"));
-    EXPECT_EQ(readWhole(gFiles().offlineRegcodes),
+    EXPECT_EQ(test::slashed(readWhole(gFiles().offlineRegcodes)),
               "Processing file input/AIG-regcodes.xml\n\n"
               "   regcode PH-BBB for 't3', instead of the same for 't2'\n"
               "   regcode PH-BBB for 't2', instead of the same for 't3'\n"

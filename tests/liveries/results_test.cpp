@@ -13,6 +13,7 @@
 #include "shell/parameters.h"
 #include "shell/window_state.h"
 #include "support/data_folder.h"
+#include "support/environment.h"
 
 namespace hcr {
 namespace {
@@ -32,7 +33,7 @@ struct ScanResults : testing::Test {
             gf_loadScanResults();
         } catch (const UserErrorException& error) {
             EXPECT_FALSE(gf_liveryTablesLoaded());
-            return error.what();
+            return test::slashed(error.what());
         }
         return "none";
     }

@@ -1,66 +1,17 @@
-#include "scenery/install.h"
-
 #include <gtest/gtest.h>
 
-#include "shell/file_names.h"
+#include <algorithm>
+
+#include "scenery/install_fixture.h"
 #include "shell/log.h"
-#include "shell/messages.h"
-#include "shell/parameter_file.h"
-#include "shell/run_stop.h"
-#include "shell/window_state.h"
-#include "support/data_folder.h"
+#include "support/environment.h"
 
 namespace hcr {
 namespace {
 
 namespace fs = std::filesystem;
+using test::Install;
 using test::writeWhole;
-
-/// A computer with the known folders `config` (roaming) and `data` (local), on which nothing is installed.
-struct Install : testing::Test {
-    test::DataFolder folder;
-    fs::path roaming = folder.path / "config", local = folder.path / "data";
-
-    Install() {
-        gf_saveParameters(true);
-        forgetStop();
-    }
-    ~Install() override {
-        forgetStop();
-        gWindow.fatalMessage.clear();
-        gf_clearMessage();
-    }
-
-    static void forgetStop() {
-        gStop = false;
-        gUserStop = false;
-        gExitReason = ExitReason::notYetSet;
-        gRestartSeconds = 0;
-    }
-
-    fs::path storeCfg() const {
-        return local / "Packages/Microsoft.FlightSimulator_8wekyb3d8bbwe/LocalCache/UserCfg.opt";
-    }
-
-    /// A package folder of that name with these folders.
-    fs::path packages(const std::string& name, std::initializer_list<const char*> folders) const {
-        for (const char* child : folders) fs::create_directories(folder.path / name / child);
-        return folder.path / name;
-    }
-
-    /// A copy of what parameters.xml holds of this parameter.
-    static std::string stored(const StringParameter& parameter) {
-        const std::string file = test::readWhole(gFiles().settings);
-        const std::string item = "name=\"" + parameter.name + "\" value=\"";
-        const std::size_t at = file.find(item);
-        if (at == std::string::npos) return "(missing)";
-        return file.substr(at + item.size(), file.find('"', at + item.size()) - at - item.size());
-    }
-
-    void enter(const std::string& text) const {
-        gf_enterInstallPath(gf_installParameter(), text);
-    }
-};
 
 TEST_F(Install, SteamsFolderWinsOverUserCfgWhenItHoldsThePackages) {
     const fs::path named = packages("named", {"Community", "Official"});
@@ -124,23 +75,12 @@ TEST_F(Install, TheFirstLineWithTheKeyNamesThePackages) {
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
         writeWhole(storeCfg(), one.content);
+        gf_closeLog();
         fs::remove("Log.txt");
         gf_openLog();
         EXPECT_EQ(gf_installedPackagesPath(), one.found ? good : "");
         EXPECT_TRUE(folder.logged("UserCfg.opt: InstalledPackagesPath=" + (one.found ? good : "???") + "\n"));
     }
-}
-
-TEST_F(Install, APathThatCannotBeLookedAtIsNoAbsentPath) {
-    fs::create_symlink("circle", folder.path / "circle");
-    writeWhole(storeCfg(), "InstalledPackagesPath \"" + (folder.path / "circle").string() + "\"\n");
-    EXPECT_THROW(gf_installedPackagesPath(), fs::filesystem_error);
-    fs::remove(storeCfg());
-    fs::create_symlink("UserCfg.opt", storeCfg());
-    EXPECT_THROW(gf_findUserCfg(), fs::filesystem_error);
-    enter((folder.path / "circle").string());
-    EXPECT_TRUE(gf_currentMessage().starts_with("Cannot access install path '" + (folder.path / "circle").string()));
-    EXPECT_FALSE(gStop);
 }
 
 TEST_F(Install, TheUserMayTypeThePackageFolderOrItsCommunityFolder) {
@@ -171,8 +111,8 @@ TEST_F(Install, TheUserMayTypeThePackageFolderOrItsCommunityFolder) {
             gf_storeParameter(gf_installParameter());
             gf_showError("No install path detected.");
             enter(one.typed);
-            EXPECT_EQ(gf_installParameter().current.get(), one.stored);
-            EXPECT_EQ(stored(gf_installParameter()), one.stored);
+            EXPECT_EQ(test::slashed(gf_installParameter().current.get()), test::slashed(one.stored));
+            EXPECT_EQ(test::slashed(stored(gf_installParameter())), test::slashed(one.stored));
             EXPECT_EQ(gf_currentMessage(), one.message);
             EXPECT_EQ(gStop, !one.stored.empty());
             if (gStop) {

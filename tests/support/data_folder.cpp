@@ -17,6 +17,7 @@
 #include "shell/parameters.h"
 #include "shell/stream_cipher.h"
 #include "shell/window_state.h"
+#include "support/environment.h"
 
 namespace hcr::test {
 namespace {
@@ -77,7 +78,7 @@ std::string DataFolder::log() const {
 }
 
 bool DataFolder::logged(std::string_view text) const {
-    return log().find(text) != std::string::npos;
+    return slashed(log()).find(slashed(std::string(text))) != std::string::npos;
 }
 
 void DataFolder::encipher(const std::filesystem::path& target, std::string_view xml) const {

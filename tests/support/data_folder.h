@@ -19,6 +19,7 @@ struct DataFolder {
     std::filesystem::path path, before;
 
     std::string log() const;
+    /// Whether this was logged; paths may have either separator.
     bool logged(std::string_view text) const;
     /// Writes a data file of the server in its enciphered form.
     void encipher(const std::filesystem::path& target, std::string_view xml) const;

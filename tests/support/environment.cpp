@@ -1,6 +1,8 @@
 #include "tests/support/environment.h"
 
-#include "platform/system.h"
+#include <algorithm>
+
+#include "platform/environment.h"
 #include "shell/text.h"
 
 namespace hcr::test {
@@ -19,6 +21,12 @@ Variable::~Variable() {
 std::filesystem::path demoData(const std::string& name) {
     const std::string source = gf_environment("HALCYRANE_SOURCE_DIR").value_or(HALCYRANE_SOURCE_DIR);
     return gf_pathFromUtf8(source) / "demo-data" / name;
+}
+
+std::string slashed(std::string text) {
+    const char separator = static_cast<char>(std::filesystem::path::preferred_separator);
+    std::replace(text.begin(), text.end(), separator, '/');
+    return text;
 }
 
 std::string fileUrl(const std::filesystem::path& path) {

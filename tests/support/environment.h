@@ -22,6 +22,9 @@ struct Variable {
 /// A file of demo-data. The tests know the folder from their build; HALCYRANE_SOURCE_DIR names it elsewhere.
 std::filesystem::path demoData(const std::string& name);
 
+/// A text with paths in it, each with "/" between its folders on every system.
+std::string slashed(std::string text);
+
 /// Address of a file for a data server that is a folder.
 std::string fileUrl(const std::filesystem::path& path);
 

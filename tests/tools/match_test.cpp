@@ -17,6 +17,7 @@
 #include "shell/parameters.h"
 #include "sim/aircraft.h"
 #include "support/data_folder.h"
+#include "support/environment.h"
 #include "tools/data/commands.h"
 
 namespace hcr {
@@ -222,7 +223,7 @@ TEST_F(MatchCommand, LoadsWhatARunLoadsAndLeavesTheFolderAsItIs) {
     gf_closeLog();
 
     const std::string report = run({"--airline", "klm", "--type", "b738"});
-    EXPECT_THAT(report, HasSubstr("Faults in the files\n  input/my_regcodes/mine.txt: wrong format 'a;b;c;d;e'\n"));
+    EXPECT_THAT(test::slashed(report), HasSubstr("Faults in the files\n  input/my_regcodes/mine.txt: wrong format 'a;b;c;d;e'\n"));
     EXPECT_THAT(report, HasSubstr("MATCHING_DEPTH 2, RANDOM off\n  installed   6 liveries, 3 registrations, 1 title "
                                   "refused by the simulator\n"));
     EXPECT_THAT(report, HasSubstr("     > KLM Blue   refused\n"));
@@ -247,8 +248,8 @@ TEST_F(MatchCommand, WorksWithoutSettingsAndWithoutShippedRegistrations) {
 
 TEST_F(MatchCommand, TellsWhichFileIsMissing) {
     std::filesystem::remove(folder.path / gFiles().liveriesScanned);
-    EXPECT_EQ(run({"--type", "B738"}),
-              (folder.path / "output/LiveriesScanned.xml").string() +
+    EXPECT_EQ(test::slashed(run({"--type", "B738"})),
+              (folder.path / "output/LiveriesScanned.xml").generic_string() +
                   " can't be read: No such file or directory. It holds the liveries that the last scan has found; "
                   "--work names the folder in which the program works.");
     test::writeWhole(folder.path / gFiles().liveriesScanned, "<root/>");
@@ -256,7 +257,7 @@ TEST_F(MatchCommand, TellsWhichFileIsMissing) {
     test::writeWhole(folder.path / gFiles().dbaseEnc, "no cipher");
     EXPECT_THAT(run({"--type", "B738"}), HasSubstr("stream decrypt failed"));
     std::filesystem::remove(folder.path / gFiles().dbaseEnc);
-    EXPECT_THAT(run({"--type", "B738"}), HasSubstr("input/dbase.enc can't be read"));
+    EXPECT_THAT(test::slashed(run({"--type", "B738"})), HasSubstr("input/dbase.enc can't be read"));
 }
 
 TEST_F(MatchCommand, TellsWhatIsWrongWithItsArguments) {

@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/sockets.h"
 #include "platform/system.h"
+#include "shell/text.h"
 #include "tools/feed/control_client.h"
 #include "tools/feed/options.h"
 #include "tools/feed/recording.h"

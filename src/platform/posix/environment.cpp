@@ -4,9 +4,9 @@
 
 namespace hcr {
 
-std::string gf_environmentText(const char* name) {
+std::optional<std::string> gf_environment(const char* name) {
     const char* value = std::getenv(name);
-    return value != nullptr ? value : "";
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 
 }  // namespace hcr

@@ -153,11 +153,6 @@ std::vector<std::string> gf_arguments(int argc, char** argv) {
     return arguments;
 }
 
-std::optional<std::string> gf_environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
-}
-
 void gf_prepareConsole() {
     // A closed pipe behind standard output is no reason to die.
     std::signal(SIGPIPE, SIG_IGN);

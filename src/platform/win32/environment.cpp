@@ -5,12 +5,14 @@
 
 namespace hcr {
 
-std::string gf_environmentText(const char* name) {
+std::optional<std::string> gf_environment(const char* name) {
     const std::wstring wideName(name, name + std::char_traits<char>::length(name));
     std::wstring value(GetEnvironmentVariableW(wideName.c_str(), nullptr, 0), L'\0');
+    if (value.empty()) return std::nullopt;
     const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size()));
-    value.resize(length < value.size() ? length : 0);  // not below: it was changed in between
-    return gf_systemWideToUtf8(value).value_or("");
+    if (length >= value.size()) return std::nullopt;  // it was changed in between
+    value.resize(length);
+    return gf_systemWideToUtf8(value);
 }
 
 }  // namespace hcr

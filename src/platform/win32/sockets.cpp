@@ -140,7 +140,9 @@ void gf_setReceiveBuffer(Socket s, i32 bytes) {
 void gf_countDrops(Socket) {}
 
 i32 gf_setReuseAddress(Socket s) {
-    return lf_setOption(s, SOL_SOCKET, SO_REUSEADDR, BOOL{TRUE});
+    // A port whose former connections linger is free here anyway; SO_REUSEADDR would let two programs share one that is
+    // in use, and nobody would be told.
+    return s.valid() ? 0 : WSAENOTSOCK;
 }
 
 i32 gf_setNoDelay(Socket s) {

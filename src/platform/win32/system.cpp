@@ -122,16 +122,6 @@ std::vector<std::string> gf_arguments(int, char**) {
     return arguments;
 }
 
-std::optional<std::string> gf_environment(const char* name) {
-    const std::wstring wideName = lf_shownText(name);
-    std::wstring value(GetEnvironmentVariableW(wideName.c_str(), nullptr, 0), L'\0');
-    if (value.empty()) return std::nullopt;
-    const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size()));
-    if (length >= value.size()) return std::nullopt;
-    value.resize(length);
-    return gf_systemWideToUtf8(value);
-}
-
 void gf_prepareConsole() {
     SetConsoleOutputCP(CP_UTF8);
 }

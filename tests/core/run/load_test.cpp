@@ -10,6 +10,7 @@
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
 #include "support/data_folder.h"
+#include "support/environment.h"
 #include "support/world.h"
 
 namespace hcr {
@@ -107,7 +108,7 @@ TEST_F(StartLoad, WhatIsMissingIsTold) {
     folder.encipher(gFiles().dbaseEnc, "<root><");
     EXPECT_EQ(load(), "reading data files failed!");
     fs::remove(gFiles().dbaseEnc);
-    EXPECT_EQ(load(), "input/dbase.enc not available");
+    EXPECT_EQ(test::slashed(load()), "input/dbase.enc not available");
 }
 
 TEST_F(StartLoad, ProductionEndsBehindTheLoad) {

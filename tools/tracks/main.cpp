@@ -69,13 +69,14 @@ int lf_placeUser(const std::string& scenario, const std::string& recording) {
 }
 
 int lf_compare(const std::string& one, const std::string& other) {
-    const AircraftStories stories = readStories(gf_pathFromUtf8(one));
-    const std::vector<std::string> differences = compareStories(stories, readStories(gf_pathFromUtf8(other)));
+    const SessionStory session = readStories(gf_pathFromUtf8(one));
+    const std::vector<std::string> differences = compareStories(session, readStories(gf_pathFromUtf8(other)));
     for (const std::string& difference : differences) fmt::print("{}\n", difference);
     std::size_t steps = 0;
-    for (const auto& [tail, story] : stories) steps += story.steps.size();
-    fmt::print("{} aircraft with {} steps compared, {} differences\n", stories.size(), steps, differences.size());
-    return differences.empty() && !stories.empty() ? 0 : 1;
+    for (const auto& [tail, story] : session.aircraft) steps += story.steps.size();
+    fmt::print("{} aircraft with {} steps compared, {} differences\n", session.aircraft.size(), steps,
+               differences.size());
+    return differences.empty() && steps > 0 ? 0 : 1;
 }
 
 }  // namespace

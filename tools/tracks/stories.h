@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/types.h"
+
 namespace hcr {
 
 /// What a trace of the built-in simulator tells of one aircraft, times, places and object numbers aside.
@@ -13,16 +15,20 @@ struct AircraftStory {
     /// Not among them are the data requests and the flight plan, which come from another thread of the program, so that
     /// their order against the rest is chance.
     std::vector<std::string> steps;
-    std::size_t plans = 0;  ///< flight plans that were handed over
-    std::string state;      ///< the last one: lights, gear, flaps and so on
+    std::vector<f64> times;  ///< of the steps, seconds since the session opened
+    std::size_t plans = 0;   ///< flight plans that were handed over
+    std::string state;       ///< the last one: lights, gear, flaps and so on
 };
-/// By tail number.
-using AircraftStories = std::map<std::string, AircraftStory>;
+struct SessionStory {
+    std::map<std::string, AircraftStory> aircraft;  ///< by tail number
+    f64 end = 0;                                    ///< time of the trace's last line
+};
 
 /// A line that can't be read is passed over. Throws std::runtime_error when the file can't be opened.
-AircraftStories readStories(const std::filesystem::path& trace);
+SessionStory readStories(const std::filesystem::path& trace);
 
-/// Where two sessions with the same traffic differ in kind, a line each; empty when they don't.
-std::vector<std::string> compareStories(const AircraftStories& one, const AircraftStories& other);
+/// Where two sessions with the same traffic differ in kind, a line each; empty when they don't. That one of them was
+/// closed some seconds later, and so got further, is no difference.
+std::vector<std::string> compareStories(const SessionStory& one, const SessionStory& other);
 
 }  // namespace hcr

@@ -19,7 +19,7 @@ namespace hcr {
 //     program looks for type 2 only (dispatch.cpp, session.cpp).
 //  9  A request by type with nothing in range may be answered by one message without data (object_data.cpp drops what
 //     is shorter than its record).
-// 10  A radius above 200000 metres is refused or cut; a RANGE of up to 107 nautical miles stays below it (session.cpp).
+// 10  A radius above 200000 metres is refused or cut; the largest RANGE, 100 nautical miles, stays below (session.cpp).
 // 11  SimConnect_CallDispatch may give a negative result when nothing waits. So its result tells nothing, and the end
 //     of the simulator shows in the quit message or in a failed request (sim_client.cpp).
 // 12  Calls from the run thread and SimConnect_CallDispatch on SimClient's thread may run side by side (session.h).

@@ -168,6 +168,7 @@ std::vector<std::string> SessionTest::takeCalls() {
 }
 
 std::vector<SimMessage> SessionTest::takeNews() {
+    const std::lock_guard lock(gSimEventMutex);
     return std::exchange(gSimEvents, {});
 }
 

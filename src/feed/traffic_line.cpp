@@ -106,12 +106,13 @@ bool lf_within(f64 value, const Limits& limits) {
     return value >= limits.low && value <= limits.high;
 }
 
+constexpr std::ptrdiff_t kExactDigits = 15;
+constexpr std::array<f64, kExactDigits + 1> kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
 // A number without an exponent and with few enough digits that dividing its digits by a power of ten rounds as it
 // should; nothing for any other text. Nearly all numbers of the feed are such, and from_chars takes longer.
 std::optional<f64> lf_plainNumber(const char* at, const char* end) {
-    constexpr std::ptrdiff_t kExactDigits = 15;
-    static constexpr std::array<f64, kExactDigits + 1> kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     u64 digits = 0;
     const auto takeDigits = [&] {
         const char* const begin = at;
@@ -134,8 +135,56 @@ std::optional<f64> lf_plainNumber(const char* at, const char* end) {
     return negative ? -value : value;
 }
 
-// The number at the start of a field.
-std::optional<f64> lf_number(std::string_view field) {
+#ifdef __SSE2__
+constexpr std::size_t kShortNumber = 15;                     // characters, sign and point included
+constexpr std::size_t kReadAhead = 1 + kShortNumber + 16;    // bytes from its start that are looked at
+constexpr std::size_t kWordDigits = sizeof(u64);
+
+// The value of up to eight digits, without a decision that depends on their number: the first digit stands in the
+// lowest byte; neighbours are added in pairs, then pairs of them, then the two halves.
+u64 lf_digits(const char* at, unsigned count) {
+    u64 word = 0;
+    std::memcpy(&word, at, sizeof word);
+    const unsigned unused = static_cast<unsigned>(kWordDigits) - count;
+    word = ((word - 0x3030303030303030) << (4 * unused)) << (4 * unused);  // in two steps: a shift by 64 isn't defined
+    word = word * 10 + (word >> 8);
+    return (((word & 0x000000FF000000FF) * (100 + (1000000ULL << 32))) +
+            (((word >> 16) & 0x000000FF000000FF) * (1 + (10000ULL << 32)))) >>
+           32;
+}
+
+// The same as lf_plainNumber for most numbers; every length of their parts takes the same road, since a wrong guess of
+// the processor costs more than all of it. kReadAhead bytes must be readable.
+std::optional<f64> lf_shortNumber(const char* at, std::size_t length) {
+    static constexpr std::array<u64, kWordDigits + 1> kWholePowers{1,       10,       100,       1000,     10000,
+                                                                   100000, 1000000, 10000000, 100000000};
+    const bool negative = *at == '-';
+    at += negative;
+    length -= negative;
+    __m128i bytes;
+    std::memcpy(&bytes, at, sizeof bytes);
+    const __m128i values = _mm_sub_epi8(bytes, _mm_set1_epi8('0'));
+    const __m128i isDigit = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
+    const u32 digits = static_cast<u32>(_mm_movemask_epi8(isDigit)) & ((1U << length) - 1);
+    const unsigned whole = static_cast<unsigned>(std::countr_one(digits));
+    const bool point = whole < length && at[whole] == '.';
+    const unsigned decimals = point ? static_cast<unsigned>(std::countr_one(digits >> (whole + 1))) : 0;
+    const bool isAll = whole + point + decimals == length;
+    if (whole == 0 || whole > kWordDigits || decimals > kWordDigits || !isAll) return {};
+    const u64 number = lf_digits(at, whole) * kWholePowers[decimals] + lf_digits(at + whole + point, decimals);
+    const f64 value = static_cast<f64>(static_cast<i64>(number)) / kPowers[decimals];
+    return negative ? -value : value;
+}
+#endif
+
+// The number at the start of a field of a text that goes on to `textEnd`.
+std::optional<f64> lf_number(std::string_view field, [[maybe_unused]] const char* textEnd) {
+#ifdef __SSE2__
+    const bool isShort = !field.empty() && field.size() <= kShortNumber;
+    if (isShort && static_cast<std::size_t>(textEnd - field.data()) >= kReadAhead) {
+        if (const std::optional<f64> number = lf_shortNumber(field.data(), field.size())) return number;
+    }
+#endif
     const char* const end = field.data() + field.size();
     if (const std::optional<f64> plain = lf_plainNumber(field.data(), end)) return plain;
     f64 value = 0;
@@ -148,11 +197,6 @@ std::optional<f64> lf_number(std::string_view field) {
     throw std::runtime_error(fmt::format("{}:{}", name, field));
 }
 
-f64 lf_number(std::string_view field, const char* name, const Limits& limits) {
-    const std::optional<f64> value = lf_number(field);
-    if (!value || !lf_within(*value, limits)) lf_throw(name, field);
-    return *value;
-}
 
 std::string_view lf_text(std::string_view field) {
     return field.size() == 4 && lf_word(field) == lf_word("null") ? std::string_view{} : field;
@@ -206,20 +250,31 @@ struct DecodedLine {
     LineDrop drop = LineDrop::badField;
 };
 
+std::optional<f64> lf_number(const DecodedLine& line, Field field) {
+    const std::string_view text = line.reader.text;
+    return lf_number(line.fields[field], text.data() + text.size());
+}
+
+f64 lf_number(const DecodedLine& line, Field field, const char* name, const Limits& limits) {
+    const std::optional<f64> value = lf_number(line, field);
+    if (!value || !lf_within(*value, limits)) lf_throw(name, line.fields[field]);
+    return *value;
+}
+
 bool lf_drop(DecodedLine& line, LineDrop reason) {
     line.drop = reason;
     return false;
 }
 
 void lf_takeTimestamp(DecodedLine& line) {
-    line.timestamp = lf_number(line.fields[kTimestamp], "timestamp", kTimestampLimits);
+    line.timestamp = lf_number(line, kTimestamp, "timestamp", kTimestampLimits);
     gLastTimestamp.store(line.timestamp, std::memory_order_relaxed);
 }
 
 void lf_takePosition(DecodedLine& line) {
-    const std::optional<f64> lat = lf_number(line.fields[kLat]);
+    const std::optional<f64> lat = lf_number(line, kLat);
     if (!lat) lf_throw("lat", line.fields[kLat]);
-    const std::optional<f64> lon = lf_number(line.fields[kLon]);
+    const std::optional<f64> lon = lf_number(line, kLon);
     if (!lon) lf_throw("lon", line.fields[kLon]);
     const bool onEarth = std::fabs(*lat) <= 90 && std::fabs(*lon) <= 180;
     if (!onEarth || !positionKnown(*lat, *lon)) {
@@ -269,7 +324,7 @@ bool lf_takeModel(DecodedLine& line) {
 void lf_takeTrueHeading(DecodedLine& line) {
     if (line.fields[kMessageType] != "adsb_icao") return;
     const std::string_view field = line.fields[kTrueHeading];
-    const std::optional<f64> degrees = lf_number(field);
+    const std::optional<f64> degrees = lf_number(line, kTrueHeading);
     if (!degrees) lf_throw("trueheading", field);
     if (*degrees > 360) throw std::runtime_error(fmt::format("trueheading: {:.2f}", *degrees));
     if (*degrees < 0) return;
@@ -291,7 +346,7 @@ bool lf_decodeAltitude(DecodedLine& line) {
     constexpr f64 kNoFieldFt = -1000;  // below every altitude that is tested, so that the test fails
     const TrafficReader& reader = line.reader;
     const std::string_view field = line.fields[kAltitude];
-    const std::optional<f64> feet = lf_number(field);
+    const std::optional<f64> feet = lf_number(line, kAltitude);
     if (!feet || !lf_within(*feet, kAltitudeLimits)) {
         throw std::runtime_error(fmt::format("altitude {} incorrect, from: {}", field, reader.text));
     }
@@ -335,7 +390,7 @@ bool lf_groundIsShown(DecodedLine& line) {
 void lf_takeTrack(DecodedLine& line) {
     PosSample& s = line.sample;
     const std::string_view field = line.fields[kTrack];
-    const std::optional<f64> track = field.empty() ? 0.0 : lf_number(field);
+    const std::optional<f64> track = field.empty() ? 0.0 : lf_number(line, kTrack);
     if (!track || !lf_within(*track, kTrackLimits)) {
         throw std::runtime_error(fmt::format("track incorrect {}", field));
     }
@@ -345,7 +400,7 @@ void lf_takeTrack(DecodedLine& line) {
 void lf_takeRoll(DecodedLine& line) {
     PosSample& s = line.sample;
     if (!s.airborne) return;
-    const f64 degrees = lf_number(line.fields[kRoll], "roll", kRollLimits);
+    const f64 degrees = lf_number(line, kRoll, "roll", kRollLimits);
     if (degrees == -1 || degrees == 0) return;
     s.roll = -degrees * kDegToRad;
     s.rollValid = true;
@@ -359,7 +414,7 @@ f64 lf_usualTas(f64 alt) {
 
 void lf_takeTas(DecodedLine& line) {
     PosSample& s = line.sample;
-    const std::optional<f64> tas = lf_number(line.fields[kTas]);
+    const std::optional<f64> tas = lf_number(line, kTas);
     const bool unknown = tas == -1.0;
     if (!tas || (!unknown && !lf_within(*tas, kSpeedLimits))) {
         throw std::runtime_error(fmt::format("TAS incorrect{}", line.fields[kTas]));
@@ -408,10 +463,10 @@ bool lf_decode(DecodedLine& line) {
     if (!lf_takeModel(line)) return false;
     lf_takeTrueHeading(line);
     if (!lf_takeHexid(line)) return false;
-    line.sample.speed = lf_number(line.fields[kGroundSpeed], "gs", kSpeedLimits);
+    line.sample.speed = lf_number(line, kGroundSpeed, "gs", kSpeedLimits);
     if (!lf_decodeAltitude(line) || !lf_takeCallsign(line) || !lf_groundIsShown(line)) return false;
     lf_takeTrack(line);
-    line.sample.vs = lf_number(line.fields[kVs], "vs", kVsLimits);
+    line.sample.vs = lf_number(line, kVs, "vs", kVsLimits);
     line.from = lf_text(line.fields[kFrom]);
     line.to = lf_text(line.fields[kTo]);
     lf_takeRoll(line);

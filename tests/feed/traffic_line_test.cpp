@@ -199,6 +199,23 @@ TEST_F(TrafficLine, NumbersAreReadExactlyInAnyForm) {
     EXPECT_EQ(decode(Line().with(1, "4294967295"))->hexid, 4294967295u);
 }
 
+TEST_F(TrafficLine, NumbersOfEveryLengthAreReadAsTheLibraryReadsThem) {
+    std::mt19937 random(7);
+    for (int i = 0; i < 20'000; ++i) {
+        std::string text = fmt::format("{}5{}", i % 3 == 0 ? "-" : "", random() % 10);
+        text.insert(text.size() - 2, random() % 8, '0');
+        const std::size_t decimals = random() % 14;
+        if (decimals > 0) text += '.';
+        for (std::size_t digit = 0; digit < decimals; ++digit) text += static_cast<char>('0' + random() % 10);
+        if (random() % 16 == 0) text += random() % 2 == 0 ? "e-1" : "x";
+        gTrafficReader.userLat = text[0] == '-' ? -52 : 52;
+        gTrafficReader.rangeNm = 6000;
+        const TrafficReport* report = decode(Line().with(2, text));
+        ASSERT_NE(report, nullptr) << text;
+        ASSERT_EQ(report->sample.lat, std::strtod(text.c_str(), nullptr)) << text;
+    }
+}
+
 TEST_F(TrafficLine, TheVehicleTypesCountOnlyWithACategory) {
     EXPECT_NE(decode(Line().with(10, "GRND").with(28, "")), nullptr);
     EXPECT_NE(decode(Line().with(10, "GRND").with(28, "null")), nullptr);

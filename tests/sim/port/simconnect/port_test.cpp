@@ -252,17 +252,18 @@ TEST(SimConnectPort, ALibraryThatIsOfNoUseIsToldWithFileReasonAndAdvice) {
     gSimPort = {};
     writeFile("no library.so", "text");
     // Whoever puts a library into the folder in which the program happens to run must not get it loaded.
-    std::filesystem::copy_file(HALCYRANE_STAND_IN_FILE, "libOfTheWorkingFolder.so");
+    std::filesystem::copy_file(standInFile(), "libOfTheWorkingFolder.so");
+    const std::filesystem::path incomplete = gf_programFolder() / gf_libraryFileName("incomplete_simconnect");
+    const auto shown = [](const std::filesystem::path& path) { return gf_shownPath(path); };
     struct Row {
         std::filesystem::path name;
         std::vector<std::string> told;
     };
     const std::vector<Row> rows = {
-        {"libOfTheWorkingFolder.so", {"libOfTheWorkingFolder.so was not found", "system's library folders"}},
-        {folder.path / "absent" / "SimConnect.dll",
-         {"SimConnect.dll was not found", (folder.path / "absent").string()}},
-        {folder.path / "no library.so", {(folder.path / "no library.so").string() + " can't be loaded: "}},
-        {HALCYRANE_INCOMPLETE_FILE, {HALCYRANE_INCOMPLETE_FILE, "it lacks SimConnect_AIRemoveObject."}},
+        {"libOfTheWorkingFolder.so", {"libOfTheWorkingFolder.so was not found", shown(gf_programFolder())}},
+        {folder.path / "absent" / "SimConnect.dll", {"SimConnect.dll was not found", shown(folder.path / "absent")}},
+        {folder.path / "no library.so", {shown(folder.path / "no library.so") + " can't be loaded: "}},
+        {incomplete, {shown(incomplete), "it lacks SimConnect_AIRemoveObject."}},
     };
     for (const Row& row : rows) {
         const std::string text = refusal(row.name);

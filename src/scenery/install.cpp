@@ -122,7 +122,7 @@ bool lf_isTypedPathThere(std::string_view text) {
     try {
         if (lf_isNamedPathThere(gf_pathFromAnySeparators(text))) return true;
     } catch (const fs::filesystem_error& error) {
-        fault = error.code().message();
+        fault = gf_errorText(error.code());
     } catch (const std::exception& error) {
         fault = error.what();
     }

@@ -31,7 +31,7 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
     std::error_code error;
     const bool exists = fs::exists(source, error);
     if (error) {
-        gf_logError(fmt::format("exists({}): {}", gf_shownPath(source), error.message()));
+        gf_logError(fmt::format("exists({}): {}", gf_shownPath(source), gf_errorText(error)));
         return false;
     }
     if (!exists) return true;
@@ -44,7 +44,7 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
     if (!error) return true;
     std::error_code ignored;
     fs::remove(part, ignored);
-    gf_logError(fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), error.message()));
+    gf_logError(fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), gf_errorText(error)));
     return false;
 }
 
@@ -73,7 +73,7 @@ bool gf_replaceFile(const fs::path& temporary, const fs::path& path) {
     fs::rename(temporary, path, error);
     if (!error) return true;
     gf_logError(
-        fmt::format("rename {} -> {} failed: {}", gf_shownPath(temporary), gf_shownPath(path), error.message()));
+        fmt::format("rename {} -> {} failed: {}", gf_shownPath(temporary), gf_shownPath(path), gf_errorText(error)));
     fs::remove(temporary, error);
     return false;
 }

@@ -65,7 +65,7 @@ bool lf_fetchAndUnpack(const VersionData& webVersion) {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error) {
-        gf_logError(fmt::format("Could not create directory {}: {}", gf_pathToUtf8(folder), error.message()));
+        gf_logError(fmt::format("Could not create directory {}: {}", gf_pathToUtf8(folder), gf_errorText(error)));
         return false;
     }
     const std::unique_ptr<ZipReader> reader = gf_openZip(kZipName, kLargestZip);
@@ -88,7 +88,7 @@ bool gf_updateSimAddons(const VersionData& webVersion) {
     if (newer || gf_countDirectoryEntries(gFiles().mySimaddon) == 0) updated = lf_fetchAndUnpack(webVersion);
     std::error_code error;
     fs::remove(kZipName, error);
-    if (error) gf_logError(fmt::format("Warning: could not remove downloaded zip: {}", error.message()));
+    if (error) gf_logError(fmt::format("Warning: could not remove downloaded zip: {}", gf_errorText(error)));
     return updated;
 }
 

@@ -143,7 +143,7 @@ void gf_removeIfPresent(const std::filesystem::path& path) {
     std::error_code error;
     std::filesystem::remove(path, error);
     if (!error) return;
-    gf_logError(fmt::format("Warning: could not remove {}, errorcode: {}", gf_pathToUtf8(path), error.message()));
+    gf_logError(fmt::format("Warning: could not remove {}, errorcode: {}", gf_pathToUtf8(path), gf_errorText(error)));
 }
 
 }  // namespace hcr

@@ -232,6 +232,11 @@ std::string gf_ansiToUtf8(std::string_view text) {
     return gf_decodeCodePage(text, false).value_or("");
 }
 
+std::string gf_errorText(const std::error_code& error) {
+    const std::string text = error.message();
+    return gf_isUtf8(text) ? text : gf_ansiToUtf8(text);
+}
+
 std::string_view gf_trim(std::string_view text) {
     constexpr const char* kBlanks = " \t\n\r";
     const std::size_t first = text.find_first_not_of(kBlanks);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "platform/types.h"
@@ -24,6 +25,9 @@ std::string gf_pathToUtf8(const std::filesystem::path& path);
 std::string gf_shownPath(const std::filesystem::path& path);
 /// Bytes of the system's code page: strict, else tolerant, else empty.
 std::string gf_ansiToUtf8(std::string_view text);
+
+/// The system's words for an error as UTF-8; it may give them in the user's language and code page.
+std::string gf_errorText(const std::error_code& error);
 
 /// Without leading and trailing blanks, tabs, line feeds and carriage returns.
 std::string_view gf_trim(std::string_view text);

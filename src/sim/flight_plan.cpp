@@ -12,6 +12,7 @@
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
+#include "shell/text.h"
 #include "sim/definitions.h"
 #include "sim/session.h"
 
@@ -64,7 +65,7 @@ bool gf_createFlightPlanFolder() {
     fs::create_directories(gFiles().origDest, error);
     if (!error && fs::is_directory(gFiles().origDest, error)) return true;
     if (!error) error = std::make_error_code(std::errc::not_a_directory);
-    gf_log(fmt::format("gf_createFlightPlanFolder: {}", error.message()));
+    gf_log(fmt::format("gf_createFlightPlanFolder: {}", gf_errorText(error)));
     return false;
 }
 
@@ -78,13 +79,13 @@ void gf_makeFlightPlan(LiveAc& ac) {
 void gf_removeFlightPlan(u32 objectId) {
     std::error_code error;
     fs::remove(lf_planPath(objectId), error);
-    if (error) gf_log(fmt::format("gf_removeFlightPlan: {}", error.message()));
+    if (error) gf_log(fmt::format("gf_removeFlightPlan: {}", gf_errorText(error)));
 }
 
 void gf_removeFlightPlanFolder() {
     std::error_code error;
     fs::remove_all(gFiles().origDest, error);
-    if (error) gf_log(fmt::format("gf_removeFlightPlanFolder: {}", error.message()));
+    if (error) gf_log(fmt::format("gf_removeFlightPlanFolder: {}", gf_errorText(error)));
 }
 
 }  // namespace hcr

@@ -90,7 +90,7 @@ int runScan(const std::vector<std::string>& arguments) {
     setParameters(parsed);
     std::error_code error;
     std::filesystem::current_path(parsed.work, error);
-    if (error) throw std::runtime_error(fmt::format("{}: {}", gf_pathToUtf8(parsed.work), error.message()));
+    if (error) throw std::runtime_error(fmt::format("{}: {}", gf_pathToUtf8(parsed.work), gf_errorText(error)));
     std::filesystem::create_directories(gFiles().info);
     gf_openLogOnStandardOutput();
     gf_onTerminate(gStop);

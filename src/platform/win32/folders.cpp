@@ -4,6 +4,7 @@
 #include <memory>
 #include <system_error>
 
+#include "platform/system.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_header.h"
 
@@ -35,7 +36,7 @@ EntryKind lf_kind(const WIN32_FIND_DATAW& found) {
 }
 
 std::string lf_words(DWORD error) {
-    return std::system_category().message(static_cast<int>(error));
+    return gf_decodeCodePage(std::system_category().message(static_cast<int>(error)), false).value_or("");
 }
 
 }  // namespace

@@ -48,6 +48,14 @@ std::wstring lf_shownText(const std::string& text) {
     return gf_systemUtf8ToWide(text).value_or(std::wstring(text.begin(), text.end()));
 }
 
+/// A shell in the same console, or a file or program behind standard error; a double click brings none of them.
+bool lf_isErrorOutputRead() {
+    DWORD processes[2] = {};
+    if (GetConsoleProcessList(processes, 2) > 1) return true;
+    const DWORD kind = GetFileType(GetStdHandle(STD_ERROR_HANDLE));
+    return kind == FILE_TYPE_DISK || kind == FILE_TYPE_PIPE;
+}
+
 std::atomic<std::atomic<bool>*> gTerminateFlag{nullptr};
 
 BOOL WINAPI lf_onConsoleEvent(DWORD event) {
@@ -90,6 +98,10 @@ bool gf_openForUser(const fs::path& path) {
 }
 
 void gf_showAlert(const std::string& title, const std::string& text) {
+    if (lf_isErrorOutputRead()) {
+        std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+        return;
+    }
     MessageBoxW(nullptr, lf_shownText(text).c_str(), lf_shownText(title).c_str(),
                 MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
 }

@@ -1,0 +1,88 @@
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/folders.h"
+#include "platform/system.h"
+#include "shell/download.h"
+#include "shell/file_names.h"
+#include "shell/generations.h"
+#include "shell/log.h"
+#include "shell/parameter_file.h"
+#include "shell/stream_cipher.h"
+#include "shell/text.h"
+#include "shell/text_files.h"
+#include "support/environment.h"
+#include "support/temp_folder.h"
+
+namespace hcr {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kName = "Fl\xC3\xBCge \xD0\x9F\xD0\xBE \xE8\x88\xAA\xE7\xA9\xBA \xF0\x9F\x9B\xA9";
+
+fs::path lf_named(const char* extension) {
+    return gf_pathFromUtf8(fmt::format("{}{}", kName, extension));
+}
+
+/// A user whose name and folders are written in four scripts, one of them beyond 16 bits.
+struct AnyScript : testing::Test {
+    test::TempFolder top;
+    fs::path home = top.path / lf_named("");
+
+    AnyScript() {
+        fs::create_directories(home);
+        fs::current_path(home);
+        gf_useUserFolders(home / "config", home / "data");
+        gf_rebuildFileNames();
+        gf_makeConfigurationFolder();
+        gf_openLog();
+    }
+    ~AnyScript() override {
+        gf_closeLog();
+        gf_resetParameters();
+        gf_useUserFolders({}, {});
+        gf_rebuildFileNames();
+    }
+};
+
+TEST_F(AnyScript, SettingsLogAndGenerationsAreFilesLikeAnyOther) {
+    gf_saveParameters(true);
+    MSFS_INSTALL_PATH.current.set(gf_pathToUtf8(home / lf_named("")));
+    gf_storeParameter(MSFS_INSTALL_PATH);
+    MSFS_INSTALL_PATH.current.set("");
+    EXPECT_FALSE(gf_loadParameters());
+    EXPECT_EQ(gf_pathFromUtf8(MSFS_INSTALL_PATH.current.get()), home / lf_named(""));
+
+    const fs::path file = home / lf_named(".xml");
+    EXPECT_TRUE(gf_writeTextFile("one", file, false));
+    EXPECT_TRUE(gf_save1GenerationOf(file));
+    EXPECT_TRUE(gf_writeTextFile("two", file, false));
+    EXPECT_TRUE(gf_save1GenerationOf(file));
+    EXPECT_EQ(test::readFile(lf_named("0.xml")), "two");
+
+    gf_logFlush();
+    EXPECT_THAT(test::readFile("Log.txt"), testing::HasSubstr(kName));
+}
+
+TEST_F(AnyScript, FoldersAreListedAndDataFilesReadAndFetched) {
+    const fs::path plain = lf_named(".xml"), enciphered = lf_named(".enc");
+    test::writeFile(plain, "<root/>");
+    EXPECT_TRUE(gf_streamEncrypt(plain, enciphered));
+    fs::remove(plain);
+    EXPECT_TRUE(gf_streamDecrypt(enciphered, plain));
+    EXPECT_EQ(test::readFile(plain), "<root/>");
+
+    std::vector<std::string> names;
+    for (const FolderEntry& entry : gf_listFolder(gf_pathToUtf8(home)).entries) names.push_back(entry.name);
+    EXPECT_THAT(names, testing::IsSupersetOf({gf_pathToUtf8(enciphered), gf_pathToUtf8(plain)}));
+
+    const test::Variable base("HALCYRANE_DATA_BASE", test::fileUrl(home).c_str());
+    const CurlHandle handle = gf_openCurl();
+    EXPECT_TRUE(gf_download(handle.get(), test::fileUrl(plain), "fetched.xml", true));
+    EXPECT_EQ(test::readFile("fetched.xml"), "<root/>");
+}
+
+}  // namespace
+}  // namespace hcr

@@ -20,7 +20,7 @@ struct SocketResult {
     i32 error = 0;
 };
 
-// All functions may be called from any thread; one socket belongs to one thread, but for gf_shutdownSocket.
+// All functions may be called from any thread; one socket belongs to one thread.
 
 /// Starts and ends the socket library (version 2.2 on Windows, nothing elsewhere). Returns an error number, 0 = fine.
 i32 gf_startSockets();
@@ -55,8 +55,6 @@ SocketResult gf_receive(Socket s, char* buffer, i64 size);
 /// One datagram. `dropped`, when not null, receives the running count of datagrams that the system threw away on this
 /// socket; it is left alone where the system doesn't tell.
 SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32* dropped = nullptr);
-/// Ends both directions, which wakes a thread that waits in gf_accept or gf_receive.
-void gf_shutdownSocket(Socket s);
 void gf_closeSocket(Socket& s);
 
 /// Resolves a port given as text or service name, for a passive IPv4 address; returns an error number, 0 = fine.

@@ -44,6 +44,13 @@ bool lf_hasProtocol(const std::string& url) {
     return url.find(':') != std::string::npos;
 }
 
+/// A folder's name may hold blanks, an address may not.
+std::string lf_withoutBlanks(const std::string& url) {
+    std::string address;
+    for (const char c : url) c == ' ' ? address += "%20" : address += c;
+    return address;
+}
+
 bool lf_baseIsFile() {
     return gf_dataBase().starts_with("file:");
 }
@@ -51,7 +58,7 @@ bool lf_baseIsFile() {
 CURLcode lf_fetch(CURL* handle, const std::string& url, Sink& sink) {
     if (!lf_hasProtocol(url)) return CURLE_URL_MALFORMAT;
     curl_easy_reset(handle);
-    curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(handle, CURLOPT_URL, lf_withoutBlanks(url).c_str());
     curl_easy_setopt(handle, CURLOPT_USERAGENT, kUserAgent);
     curl_easy_setopt(handle, CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);

@@ -22,23 +22,26 @@ struct Drain : SessionTest {
     }
 };
 
+/// MinGW's own wait of an atomic may miss the change.
+void awaitTrue(const std::atomic<bool>& flag) {
+    while (!flag) std::this_thread::yield();
+}
+
 /// Holds the simulator lock on a thread of its own, as the other side would.
 struct BusyLock {
     BusyLock()
         : holder([this] {
               const std::lock_guard lock(gSimMutex);
               held = true;
-              held.notify_all();
-              release.wait(false);
+              awaitTrue(release);
           }) {
-        held.wait(false);
+        awaitTrue(held);
     }
     ~BusyLock() {
         free();
     }
     void free() {
         release = true;
-        release.notify_all();
         if (holder.joinable()) holder.join();
     }
 
@@ -142,10 +145,9 @@ TEST_F(Drain, PositionsAreSwappedOrDroppedOrWaitedFor) {
         std::atomic<bool> begun{false};
         std::thread worker([&begun] {
             begun = true;
-            begun.notify_all();
             gf_swapPositionBuffers();
         });
-        begun.wait(false);
+        awaitTrue(begun);
         for (int turn = 0; turn < 100; ++turn) std::this_thread::yield();
         busy.free();
         worker.join();

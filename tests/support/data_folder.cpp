@@ -28,6 +28,7 @@ void lf_emptyTables() {
     gf_clearLiveryTables();
     gf_clearScanLists();
     gScanList.clear();
+    dontUseTitles.clear();
     failedTitles.clear();
     failedModels.clear();
     noMatchAircraft.clear();
@@ -108,7 +109,10 @@ std::string readWhole(const std::filesystem::path& file) {
 
 void writeWhole(const std::filesystem::path& file, std::string_view text) {
     std::filesystem::create_directories(std::filesystem::absolute(file).parent_path());
-    std::ofstream(file, std::ios::binary) << text;
+    std::ofstream stream(file, std::ios::binary);
+    stream << text;
+    stream.close();
+    ASSERT_TRUE(stream) << file;
 }
 
 }  // namespace hcr::test

@@ -10,6 +10,7 @@
 #include "liveries/dbase.h"
 #include "parking/catalogue.h"
 #include "platform/clock.h"
+#include "platform/system.h"
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 
@@ -143,6 +144,7 @@ LiveRun::~LiveRun() {
     gf_stopSandbox();
     gf_setFeedPorts(0, 0);
     resetProgram();
+    gf_useUserFolders({}, {});
     gf_forgetDbase();
     gf_forgetAirports();
     gf_closeLog();

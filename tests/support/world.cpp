@@ -98,7 +98,6 @@ void resetProgram() {
     gf_clearLiveryTables();
     gf_forgetLiveries();
     gf_resetParameters();
-    gf_useUserFolders({}, {});
     gRestart = false;
     gExitCode = 0;
     gRtOnThisPc = false;
@@ -132,6 +131,7 @@ World::~World() {
     gf_endSimClient();
     gf_stopSandbox();
     resetProgram();
+    gf_useUserFolders({}, {});
     gf_forgetDbase();
     gf_forgetAirports();
     gf_closeLog();

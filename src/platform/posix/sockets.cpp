@@ -299,10 +299,6 @@ SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32* dropped) 
     return result;
 }
 
-void gf_shutdownSocket(Socket s) {
-    shutdown(lf_fd(s), SHUT_RDWR);
-}
-
 void gf_closeSocket(Socket& s) {
     if (s.valid()) close(lf_fd(s));
     s.handle = -1;

@@ -74,13 +74,6 @@ bool lf_wait(Socket s, Wish wish, i64 milliseconds, i32& error) {
     return ready > 0;
 }
 
-bool lf_isListening(Socket s) {
-    DWORD listening = 0;
-    int size = sizeof listening;
-    const int result = getsockopt(lf_socket(s), SOL_SOCKET, SO_ACCEPTCONN, reinterpret_cast<char*>(&listening), &size);
-    return result == 0 && listening != 0;
-}
-
 /// First IPv4 address of a name, or of this computer's service; 0 = fine.
 i32 lf_resolve(const char* host, const char* service, int flags, sockaddr_in& address) {
     addrinfo wish{};
@@ -198,12 +191,6 @@ SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32*) {
     const SocketResult result = gf_receive(s, buffer, size);
     // The buffer is full then and the rest is lost, which the other systems don't call an error.
     return result.error == WSAEMSGSIZE ? SocketResult{size, 0} : result;
-}
-
-void gf_shutdownSocket(Socket s) {
-    shutdown(lf_socket(s), SD_BOTH);
-    // That alone leaves a thread waiting in accept.
-    if (lf_isListening(s)) CancelIoEx(reinterpret_cast<HANDLE>(lf_socket(s)), nullptr);
 }
 
 void gf_closeSocket(Socket& s) {

@@ -24,7 +24,7 @@ add_custom_command(OUTPUT ${package_zip}
   COMMAND ${CMAKE_STRIP} ${packed_programs}
   COMMAND ${CMAKE_COMMAND} -E chdir ${CMAKE_BINARY_DIR}/package
     ${CMAKE_COMMAND} -E tar cf ${package_zip} --format=zip ${package_name}
-  DEPENDS ${package_programs} halcyrane_data_set ${package_docs} ${CMAKE_BINARY_DIR}/resources/README.txt
+  DEPENDS ${package_programs} halcyrane_data_set ${data_set_files} ${package_docs} ${CMAKE_BINARY_DIR}/resources/README.txt
     ${CMAKE_SOURCE_DIR}/demo-data/scenario.json
   COMMENT "Packing ${package_name}.zip" VERBATIM)
 add_custom_target(package_windows DEPENDS ${package_zip})

@@ -2,12 +2,14 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
 #include "core/run/run.h"
 #include "feed/udp_reader.h"
 #include "liveries/scan_pool.h"
+#include "platform/files.h"
 #include "platform/library.h"
 #include "platform/system.h"
 #include "shell/command_line.h"
@@ -53,14 +55,36 @@ void lf_tell(const hcr::CommandLine& commandLine, const std::string& text) {
     }
 }
 
-int lf_start(const hcr::CommandLine& commandLine) {
+void lf_makeAbsolute(std::filesystem::path& path) {
+    std::error_code error;
+    if (!path.empty()) path = hcr::gf_absolutePath(path, error);
+}
+
+/// Some ways to start a program, as an administrator for instance, leave it in a folder of the system.
+void lf_enterOwnFolder(hcr::CommandLine& commandLine) {
+    std::error_code error;
+    const std::filesystem::path own = hcr::gf_programFolder();
+    if (std::filesystem::is_directory(hcr::gFiles().docs, error) ||
+        !std::filesystem::is_directory(own / hcr::gFiles().docs, error)) {
+        return;
+    }
+    for (std::filesystem::path* path : {&commandLine.sandbox, &commandLine.trace, &commandLine.simConnect}) {
+        if (path->has_parent_path() || path != &commandLine.simConnect) lf_makeAbsolute(*path);
+    }
+    std::filesystem::current_path(own, error);
+}
+
+int lf_start(hcr::CommandLine commandLine) {
     if (!hcr::gf_claimSingleInstance("Local\\$Halcy$")) return kSecondInstance;
+    lf_enterOwnFolder(commandLine);
     hcr::gf_openLog();
     hcr::gf_makeConfigurationFolder();
     lf_chooseSimulator(commandLine);
     hcr::gf_setFeedPorts(commandLine.trafficPort, commandLine.weatherPort);
     hcr::gProduction = commandLine.production;
-    const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds, .seconds = commandLine.seconds});
+    const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds,
+                                          .seconds = commandLine.seconds,
+                                          .alerts = !commandLine.headless});
     hcr::gf_stopSandbox();
     if (!hcr::gf_awaitScanWorkers()) hcr::gf_leaveProcess(code);
     return code;

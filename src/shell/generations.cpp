@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 
+#include "platform/files.h"
 #include "shell/log.h"
 #include "shell/text.h"
 
@@ -40,7 +41,7 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
     part += ".part";
     fs::remove(part, error);
     if (!error) fs::copy_file(source, part, error);
-    if (!error) fs::rename(part, target, error);
+    if (!error) gf_moveOnto(part, target, error);
     if (!error) return true;
     std::error_code ignored;
     fs::remove(part, ignored);
@@ -70,7 +71,7 @@ void gf_saveUpto3GenerationsOf(const fs::path& path) {
 
 bool gf_replaceFile(const fs::path& temporary, const fs::path& path) {
     std::error_code error;
-    fs::rename(temporary, path, error);
+    gf_moveOnto(temporary, path, error);
     if (!error) return true;
     gf_logError(
         fmt::format("rename {} -> {} failed: {}", gf_shownPath(temporary), gf_shownPath(path), gf_errorText(error)));

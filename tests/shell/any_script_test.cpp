@@ -84,5 +84,19 @@ TEST_F(AnyScript, FoldersAreListedAndDataFilesReadAndFetched) {
     EXPECT_EQ(test::readFile("fetched.xml"), "<root/>");
 }
 
+/// Windows allows them to programs that say they can deal with them, where the user has switched it on.
+TEST_F(AnyScript, APathMayBeLongerThanWindowsUsedToAllow) {
+    fs::path deep = home;
+    for (int i = 0; i < 8; ++i) deep /= std::string(40, static_cast<char>('a' + i));
+    fs::create_directories(deep);
+    const fs::path file = deep / lf_named(".xml");
+    EXPECT_TRUE(gf_writeTextFile("one", file, false));
+    EXPECT_TRUE(gf_save1GenerationOf(file));
+    std::string text;
+    EXPECT_EQ(gf_readText(file, 100, text), TextRead::fine);
+    EXPECT_EQ(text, "one");
+    EXPECT_EQ(gf_listFolder(gf_pathToUtf8(deep)).entries.size(), 2U);
+}
+
 }  // namespace
 }  // namespace hcr

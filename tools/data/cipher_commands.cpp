@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "commands.h"
+#include "platform/files.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
 
@@ -52,7 +53,7 @@ int transformFile(const std::vector<std::string>& arguments,
         transform(in, out, files.key);
         out.close();
         std::error_code error;
-        if (out) std::filesystem::rename(temporary, files.out, error);
+        if (out) gf_moveOnto(temporary, files.out, error);
         if (!out || error) throw std::runtime_error(fmt::format("{} can't be written", gf_pathToUtf8(files.out)));
         return kExitGood;
     } catch (const std::exception& e) {

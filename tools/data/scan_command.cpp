@@ -8,6 +8,7 @@
 #include "liveries/dbase.h"
 #include "liveries/scan.h"
 #include "liveries/scan_pool.h"
+#include "platform/files.h"
 #include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -28,7 +29,8 @@ struct ScanArguments {
 
 /// Absolute, since the working folder changes before it is used.
 std::filesystem::path absolutePath(const std::string& text) {
-    return std::filesystem::absolute(gf_pathFromUtf8(text));
+    std::error_code error;
+    return gf_absolutePath(gf_pathFromUtf8(text), error);
 }
 
 /// The program writes a blank behind each comma; people needn't.

@@ -13,6 +13,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/files.h"
 #include "shell/text.h"
 #include "tools/feed/report_line.h"
 
@@ -156,7 +157,7 @@ void writeRecordingFile(const std::filesystem::path& path, std::string_view text
         if (!file) lf_fail("can't write", part);
     }
     std::error_code error;
-    std::filesystem::rename(part, path, error);
+    gf_moveOnto(part, path, error);
     if (error) lf_fail("can't write", path);
 }
 

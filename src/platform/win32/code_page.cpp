@@ -11,6 +11,8 @@ namespace {
 std::optional<std::string> lf_encode(const std::wstring& wide, bool exact) {
     if (wide.size() > INT_MAX) return std::nullopt;
     const int units = static_cast<int>(wide.size());
+    // UTF-8 as the code page has a sign for everything, and allows neither flags nor questions.
+    if (GetACP() == CP_UTF8) return gf_systemWideToUtf8(wide);
     const DWORD flags = exact ? WC_NO_BEST_FIT_CHARS : 0;
     BOOL isReplaced = FALSE;
     const int size = WideCharToMultiByte(CP_ACP, flags, wide.data(), units, nullptr, 0, nullptr, &isReplaced);

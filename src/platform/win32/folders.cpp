@@ -48,11 +48,16 @@ FolderListing gf_listFolder(const std::string& folder) {
         listing.error = lf_words(ERROR_NO_UNICODE_TRANSLATION);
         return listing;
     }
+    if (wide->empty()) {
+        listing.error = lf_words(ERROR_PATH_NOT_FOUND);
+        return listing;
+    }
     WIN32_FIND_DATAW found{};
     const HANDLE opened = FindFirstFileExW((*wide + L"\\*").c_str(), FindExInfoBasic, &found, FindExSearchNameMatch,
                                            nullptr, FIND_FIRST_EX_LARGE_FETCH);
     if (opened == INVALID_HANDLE_VALUE) {
-        listing.error = lf_words(GetLastError());
+        // The root of an empty drive hasn't even dots.
+        if (const DWORD error = GetLastError(); error != ERROR_FILE_NOT_FOUND) listing.error = lf_words(error);
         return listing;
     }
     const std::unique_ptr<HANDLE, SearchCloser> search(opened);

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "platform/environment.h"
+#include "platform/files.h"
 #include "platform/system.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_header.h"
@@ -63,13 +64,22 @@ bool lf_load(const fs::path& name, DWORD flags, Library& library, LibraryFault& 
     return true;
 }
 
+/// The library knows drives only, no shared folders.
+bool lf_isAbsolute(const fs::path& path) {
+    const std::wstring& text = path.native();
+    const bool isShared = text.size() > 2 && text[0] == text[1] && (text[0] == L'\\' || text[0] == L'/');
+    return isShared || path.is_absolute();
+}
+
 /// True when the file is there, which ends the search: loaded, or of no use. What it needs itself is looked for beside
 /// it, beside the program and in the system's folder.
 bool lf_loadFile(const fs::path& file, Library& library, LibraryFault& fault) {
     std::error_code error;
-    if (!file.is_absolute() || !fs::is_regular_file(file, error)) return false;
+    if (!lf_isAbsolute(file) || !fs::is_regular_file(file, error)) return false;
     constexpr DWORD kFlags = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
-    if (!lf_load(file, kFlags, library, fault)) fault.file = file;
+    // The flags are refused with separators of another system.
+    fs::path whole = file;
+    if (!lf_load(whole.make_preferred(), kFlags, library, fault)) fault.file = whole;
     return true;
 }
 
@@ -94,7 +104,7 @@ Library gf_openLibrary(const fs::path& name, LibraryFault& fault) {
     fault = {};
     if (name.has_parent_path()) {
         std::error_code error;
-        const fs::path file = fs::absolute(name, error);
+        const fs::path file = gf_absolutePath(name, error);
         if (!lf_loadFile(file, library, fault)) {
             fault.places = {lf_utf8(file.parent_path().native())};
             fault.reason = lf_words(ERROR_FILE_NOT_FOUND);

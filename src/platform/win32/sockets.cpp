@@ -103,6 +103,8 @@ void gf_endSockets() {
 Socket gf_openUdp(i32& error) {
     const Socket s = lf_open(SOCK_DGRAM, IPPROTO_UDP, error);
     if (!s.valid()) return s;
+    // Otherwise the port would be ours beside a program that has it for one address only, and each would get some.
+    lf_setOption(s, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, BOOL{TRUE});
     // A datagram that nobody took must not come back as an error of the next receive.
     BOOL report = FALSE;
     DWORD unused = 0;

@@ -1,10 +1,10 @@
 #include "platform/system.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <system_error>
 
+#include "platform/files.h"
 #include "platform/system_source.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_header.h"
@@ -15,7 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr INT_PTR kShellFailure = 32;      // ShellExecuteW: up to here its result is an error
-constexpr DWORD kConsoleGraceMs = 10'000;  // the system ends the process when the handler returns
 
 struct CoTaskDeleter {
     void operator()(wchar_t* text) const {
@@ -56,16 +55,6 @@ bool lf_isErrorOutputRead() {
     return kind == FILE_TYPE_DISK || kind == FILE_TYPE_PIPE;
 }
 
-std::atomic<std::atomic<bool>*> gTerminateFlag{nullptr};
-
-BOOL WINAPI lf_onConsoleEvent(DWORD event) {
-    std::atomic<bool>* flag = gTerminateFlag.load();
-    if (flag == nullptr) return FALSE;
-    flag->store(true);
-    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kConsoleGraceMs);
-    return TRUE;
-}
-
 }  // namespace
 
 fs::path gf_systemRoamingFolder() {
@@ -91,7 +80,7 @@ fs::path gf_programFolder() {
 
 bool gf_openForUser(const fs::path& path) {
     std::error_code error;
-    const fs::path whole = fs::absolute(path, error);
+    const fs::path whole = gf_absolutePath(path, error);
     if (error || !fs::exists(whole, error) || !gMayOpenForUser) return false;
     const HINSTANCE result = ShellExecuteW(nullptr, L"open", whole.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
     return reinterpret_cast<INT_PTR>(result) > kShellFailure;
@@ -109,9 +98,11 @@ void gf_showAlert(const std::string& title, const std::string& text) {
 bool gf_claimSingleInstance(const std::string& name) {
     // The handle stays open as long as the process lives.
     const HANDLE mutex = CreateMutexW(nullptr, FALSE, lf_shownText(name).c_str());
-    const bool isHeld = GetLastError() == ERROR_ALREADY_EXISTS;
-    if (mutex != nullptr && isHeld) CloseHandle(mutex);
-    return !isHeld;
+    const DWORD error = GetLastError();
+    // One that an administrator's process holds can't even be opened by the user's own.
+    if (mutex == nullptr) return error != ERROR_ACCESS_DENIED;
+    if (error == ERROR_ALREADY_EXISTS) CloseHandle(mutex);
+    return error != ERROR_ALREADY_EXISTS;
 }
 
 bool gf_isElevated() {
@@ -132,20 +123,6 @@ std::vector<std::string> gf_arguments(int, char**) {
         arguments.push_back(gf_systemWideToUtf8(list.get()[i]).value_or(""));
     }
     return arguments;
-}
-
-void gf_prepareConsole() {
-    SetConsoleOutputCP(CP_UTF8);
-}
-
-void gf_leaveProcess(int code) {
-    std::fflush(nullptr);
-    std::_Exit(code);
-}
-
-void gf_onTerminate(std::atomic<bool>& flag) {
-    gTerminateFlag = &flag;
-    SetConsoleCtrlHandler(lf_onConsoleEvent, TRUE);
 }
 
 u64 gf_residentBytes() {

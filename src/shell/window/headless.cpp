@@ -35,7 +35,7 @@ struct Face {
     const HeadlessOptions& options;
     std::thread run;
     std::atomic<bool> runEnded;
-    std::string shownMessage;
+    std::string shownMessage, failure;
     i64 startUs, nextCountersUs, nextTableUs;
 };
 
@@ -131,7 +131,10 @@ void lf_closeWhenDue(Face& face) {
     const bool failed = gStop && gExitReason == ExitReason::systemError;
     if (!gTerminate && !timeUp && !failed) return;
     if (gUserStop) return;
-    if (failed) gExitCode = 1;
+    if (failed) {
+        gExitCode = 1;
+        face.failure = gf_currentMessage();
+    }
     gf_showMessage(fmt::format("Close window button clicked, closing {} ...", kProgramName), false);
     gf_requestStop(ExitReason::userClosed, 0);
 }
@@ -155,7 +158,7 @@ void lf_printSummary() {
 }  // namespace
 
 i32 gf_runHeadless(const HeadlessOptions& options) {
-    Face face{options, {}, true, {}, 0, 0, 0};
+    Face face{options, {}, true, {}, {}, 0, 0, 0};
     face.startUs = gf_steadyUs();
     gf_onTerminate(gTerminate);
     gf_wantSnapshot(options.tableSeconds > 0);
@@ -177,6 +180,7 @@ i32 gf_runHeadless(const HeadlessOptions& options) {
     gf_log(gf_timeOfDay());
     gf_logFlush();
     lf_printSummary();
+    if (options.alerts && !face.failure.empty()) gf_showAlert(kProgramName, face.failure);
     return gExitCode;
 }
 

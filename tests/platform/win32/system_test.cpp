@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
+
 #include "platform/environment.h"
+#include "platform/files.h"
 #include "platform/win32/windows_header.h"
+#include "shell/generations.h"
 #include "shell/text.h"
 #include "support/environment.h"
 #include "support/temp_folder.h"
@@ -53,4 +58,52 @@ TEST(System, WhatIsntThereIsNotOpened) {
 
 TEST(System, ItsMemoryIsKnown) {
     EXPECT_GT(gf_residentBytes(), 1'000'000U);
+}
+
+namespace {
+
+/// What comes at once unless it never comes.
+bool lf_comes(const std::function<bool()>& condition) {
+    constexpr int kMostPolls = 10'000;
+    for (int i = 0; i < kMostPolls && !condition(); ++i) Sleep(1);
+    return condition();
+}
+
+}  // namespace
+
+TEST(System, TheEndOfTheUsersSessionIsTheEndOfTheRun) {
+    static std::atomic<bool> ended{false};  // the handler stays until the process ends
+    gf_onTerminate(ended);
+    HWND window = nullptr;
+    ASSERT_TRUE(lf_comes([&] { return (window = FindWindowW(L"HalcyraneEndOfSession", nullptr)) != nullptr; }));
+    PostMessageW(window, WM_ENDSESSION, FALSE, 0);  // another program has said no
+    EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+    EXPECT_FALSE(ended);
+    PostMessageW(window, WM_ENDSESSION, TRUE, 0);
+    EXPECT_TRUE(lf_comes([] { return ended.load(); }));
+}
+
+TEST(System, APathIsMadeAbsoluteAsTheSystemMeansIt) {
+    std::error_code error;
+    EXPECT_EQ(gf_absolutePath(L"\\\\server\\share\\a", error), fs::path(L"\\\\server\\share\\a"));
+    EXPECT_EQ(gf_absolutePath(L"C:/a/../b.dll", error).native(), L"C:\\b.dll");
+    const fs::path deep = gf_absolutePath(std::wstring(300, L'x'), error);
+    EXPECT_EQ(deep.filename().native().size(), 300U);
+    EXPECT_FALSE(error);
+}
+
+TEST(System, AFileThatSomebodyHoldsIsKept) {
+    const test::TempFolder folder;
+    const fs::path held = folder.path / "held.xml", part = folder.path / "held.xml.new";
+    test::writeFile(held, "old");
+    test::writeFile(part, "new");
+    const HANDLE file = CreateFileW(held.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(gf_replaceFile(part, held));
+    CloseHandle(file);
+    EXPECT_EQ(test::readFile(held), "old");
+    EXPECT_FALSE(fs::exists(part));
+    test::writeFile(part, "new");
+    EXPECT_TRUE(gf_replaceFile(part, held));
+    EXPECT_EQ(test::readFile(held), "new");
 }

@@ -1,0 +1,50 @@
+#include "platform/files.h"
+
+#include "platform/win32/windows_header.h"
+
+namespace hcr {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMoveTries = 10;
+constexpr DWORD kMovePauseMs = 50;
+
+std::error_code lf_lastError() {
+    return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
+/// Virus scanners, indexers and backups hold a file for moments and don't let others move it meanwhile.
+bool lf_mayPass(DWORD error) {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+}  // namespace
+
+// The library's own takes "\\server\share" for a path that begins at the root of the current drive.
+fs::path gf_absolutePath(const fs::path& path, std::error_code& error) {
+    error.clear();
+    std::wstring whole(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(whole.size()), whole.data(), nullptr);
+        if (length == 0) {
+            error = lf_lastError();
+            return {};
+        }
+        if (length < whole.size()) return whole.substr(0, length);
+        whole.resize(length);
+    }
+}
+
+void gf_moveOnto(const fs::path& from, const fs::path& to, std::error_code& error) {
+    for (int tries = 1;; ++tries) {
+        error.clear();
+        if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED) != FALSE) return;
+        const DWORD code = GetLastError();
+        error = {static_cast<int>(code), std::system_category()};
+        if (tries == kMoveTries || !lf_mayPass(code)) return;
+        Sleep(kMovePauseMs);
+    }
+}
+
+}  // namespace hcr

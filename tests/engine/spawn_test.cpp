@@ -69,7 +69,7 @@ TEST_F(Spawn, LongCallsignNeedsARegistrationRecord) {
     dbaseRecords.add("PHBXA", {"KLM", "A320", "", false});
     Flight unknown;
     unknown.callsign = "KLM1023456";
-    unknown.registration = "PHXXX";
+    unknown.registration = "PHQQQ";
     decide(unknown);
     EXPECT_TRUE(gLiveAcs.empty());
     Flight known = unknown;
@@ -99,7 +99,7 @@ TEST_F(Spawn, WhoIsNotWantedIsDropped) {
              flight.model = "C172";
              LIGHT_AIRCRAFT.current = false;
          }},
-        {"unknown type", [](Flight& flight) { flight.model = "XXXX"; }},
+        {"unknown type", [](Flight& flight) { flight.model = "QQQQ"; }},
     };
     for (const Row& row : rows) {
         TearDown();
@@ -115,9 +115,9 @@ TEST_F(Spawn, WhoIsNotWantedIsDropped) {
 TEST_F(Spawn, AircraftWithoutALiveryIsRememberedByItsRegistration) {
     Flight flight;
     flight.callsign = "AFR1023";
-    flight.registration = "FGXXX";
+    flight.registration = "FGQQQ";
     decide(flight);
-    EXPECT_TRUE(noMatchAircraft.contains("AFR A320 FGXXX"));
+    EXPECT_TRUE(noMatchAircraft.contains("AFR A320 FGQQQ"));
 }
 
 TEST_F(Spawn, WaitsWhileTheStreamShowsATakeOff) {

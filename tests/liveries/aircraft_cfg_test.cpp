@@ -382,7 +382,7 @@ TEST_F(IvaoCfg, AFaultOfASectionIsReported) {
         {"title=B738 KL\n", {pack + " [fltsim.4] misses airlinecode in title: B738 KL, and no regcode"}},
         {"title=b738 KLM\natc_id=PH-NEW\n",
          {pack + " [fltsim.4] misses airlinecode in title: b738 KLM, and regcode unknown PH-NEW"}},
-        {"title=B738 XXX\n", {}},
+        {"title=B738 QQQ\n", {}},
         {"[fltsim.5]\ntitle=B738 KLM\ntexture=B\n",
          {pack + "/texture.B [fltsim.5] does not exist", pack + " [fltsim.4] misses title"}},
         {"[fltsim.4]\ntitle=B738 KLM\n",
@@ -394,8 +394,8 @@ TEST_F(IvaoCfg, AFaultOfASectionIsReported) {
         for (const std::string& line : gIncompleteSections.lines) reports.push_back(test::slashed(line));
         EXPECT_THAT(reports, testing::UnorderedElementsAreArray(row.reports)) << row.lines;
     }
-    readSection("title=B738 XXX\n");
-    EXPECT_THAT(gInvalidAirlines.lines, ElementsAre("XXX          in " + pathOf("B738") + " [fltsim.4]"));
+    readSection("title=B738 QQQ\n");
+    EXPECT_THAT(gInvalidAirlines.lines, ElementsAre("QQQ          in " + pathOf("B738") + " [fltsim.4]"));
     EXPECT_THAT(readSection("title=B738 KLM\n[fltsim.5]\ntexture=A\ntitle=B738 KLM\n"), SizeIs(1));
     EXPECT_THAT(gIncompleteSections.lines, ElementsAre(pack + " [fltsim.5] title already exists: B738 KLM"));
 }

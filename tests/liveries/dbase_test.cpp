@@ -67,7 +67,7 @@ TEST_F(Dbase, AnEmptySetSectionIsTheUsersError) {
 
 TEST_F(Dbase, WingSpansOfUnknownTypesAndRepeatedOnesDoNotCount) {
     folder.readDbase(R"(<wingspans><wingspan type="B738" meters="40"/><wingspan type="A320" meters="30"/>
-        <wingspan type="B738" meters="90"/><wingspan type="XXXX" meters="500"/><wingspan type="C172" meters="nan"/>
+        <wingspan type="B738" meters="90"/><wingspan type="QQQQ" meters="500"/><wingspan type="C172" meters="nan"/>
         </wingspans>)");
     constexpr f64 kHalfNmOf40 = 20.0 / 1852;
     EXPECT_NEAR(gf_halfSpanNm("B738"), kHalfNmOf40, 1e-9);
@@ -75,7 +75,7 @@ TEST_F(Dbase, WingSpansOfUnknownTypesAndRepeatedOnesDoNotCount) {
     EXPECT_NEAR(maxHalfSpan, kHalfNmOf40 * 90 / 40, 1e-9) << "the largest one seen, also of a repeated type";
     EXPECT_EQ(gf_halfSpanNm("C172"), 0);
     EXPECT_EQ(gf_halfSpanNm("B744"), 0) << "a class without any span";
-    EXPECT_TRUE(folder.logged("==> wingspan model XXXX is not valid, skipped"));
+    EXPECT_TRUE(folder.logged("==> wingspan model QQQQ is not valid, skipped"));
 }
 
 TEST_F(Dbase, FixesMustLeadToAKnownTypeAndTheFirstOneStays) {

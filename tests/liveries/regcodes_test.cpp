@@ -23,7 +23,7 @@ struct Regcodes : testing::Test {
     /// The entries of a text file with this content.
     std::vector<RegcodeEntry> entriesOf(std::string_view content, bool fine) const {
         test::writeWhole("input/my_regcodes/mine.Txt", content);
-        test::writeWhole("input/my_regcodes/mine.bak", "not;PH-XXX");
+        test::writeWhole("input/my_regcodes/mine.bak", "not;PH-QQQ");
         std::vector<RegcodeEntry> entries;
         EXPECT_EQ(gf_readRegcodeFiles(gFiles().myRegcodes, entries), fine);
         return entries;

@@ -3,17 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
-#include "platform/system.h"
 #include "shell/download.h"
-#include "shell/file_names.h"
 #include "shell/generations.h"
-#include "shell/log.h"
 #include "shell/parameter_file.h"
+#include "shell/shell_world.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
 #include "shell/text_files.h"
 #include "support/environment.h"
-#include "support/temp_folder.h"
 
 namespace hcr {
 namespace {
@@ -26,67 +23,52 @@ fs::path lf_named(const char* extension) {
     return gf_pathFromUtf8(fmt::format("{}{}", kName, extension));
 }
 
-/// A user whose name and folders are written in four scripts, one of them beyond 16 bits.
-struct AnyScript : testing::Test {
-    test::TempFolder top;
-    fs::path home = top.path / lf_named("");
-
+/// A user whose folders are written in four scripts, one of them beyond 16 bits.
+struct AnyScript : test::ShellWorld {
     AnyScript() {
-        fs::create_directories(home);
-        fs::current_path(home);
-        gf_useUserFolders(home / "config", home / "data");
-        gf_rebuildFileNames();
-        gf_makeConfigurationFolder();
-        gf_openLog();
-    }
-    ~AnyScript() override {
-        gf_closeLog();
-        gf_resetParameters();
-        gf_useUserFolders({}, {});
-        gf_rebuildFileNames();
+        nameEnd = kName;
     }
 };
 
 TEST_F(AnyScript, SettingsLogAndGenerationsAreFilesLikeAnyOther) {
     gf_saveParameters(true);
-    MSFS_INSTALL_PATH.current.set(gf_pathToUtf8(home / lf_named("")));
+    MSFS_INSTALL_PATH.current.set(gf_pathToUtf8(folder / lf_named("")));
     gf_storeParameter(MSFS_INSTALL_PATH);
     MSFS_INSTALL_PATH.current.set("");
     EXPECT_FALSE(gf_loadParameters());
-    EXPECT_EQ(gf_pathFromUtf8(MSFS_INSTALL_PATH.current.get()), home / lf_named(""));
+    EXPECT_EQ(gf_pathFromUtf8(MSFS_INSTALL_PATH.current.get()), folder / lf_named(""));
 
-    const fs::path file = home / lf_named(".xml");
+    const fs::path file = folder / lf_named(".xml");
     EXPECT_TRUE(gf_writeTextFile("one", file, false));
     EXPECT_TRUE(gf_save1GenerationOf(file));
     EXPECT_TRUE(gf_writeTextFile("two", file, false));
     EXPECT_TRUE(gf_save1GenerationOf(file));
-    EXPECT_EQ(test::readFile(lf_named("0.xml")), "two");
+    EXPECT_EQ(read(lf_named("0.xml")), "two");
 
-    gf_logFlush();
-    EXPECT_THAT(test::readFile("Log.txt"), testing::HasSubstr(kName));
+    EXPECT_TRUE(logHas(kName));
 }
 
 TEST_F(AnyScript, FoldersAreListedAndDataFilesReadAndFetched) {
     const fs::path plain = lf_named(".xml"), enciphered = lf_named(".enc");
-    test::writeFile(plain, "<root/>");
+    write(plain, "<root/>");
     EXPECT_TRUE(gf_streamEncrypt(plain, enciphered));
     fs::remove(plain);
     EXPECT_TRUE(gf_streamDecrypt(enciphered, plain));
-    EXPECT_EQ(test::readFile(plain), "<root/>");
+    EXPECT_EQ(read(plain), "<root/>");
 
     std::vector<std::string> names;
-    for (const FolderEntry& entry : gf_listFolder(gf_pathToUtf8(home)).entries) names.push_back(entry.name);
+    for (const FolderEntry& entry : gf_listFolder(gf_pathToUtf8(folder)).entries) names.push_back(entry.name);
     EXPECT_THAT(names, testing::IsSupersetOf({gf_pathToUtf8(enciphered), gf_pathToUtf8(plain)}));
 
-    const test::Variable base("HALCYRANE_DATA_BASE", test::fileUrl(home).c_str());
+    const test::Variable base("HALCYRANE_DATA_BASE", test::fileUrl(folder).c_str());
     const CurlHandle handle = gf_openCurl();
     EXPECT_TRUE(gf_download(handle.get(), test::fileUrl(plain), "fetched.xml", true));
-    EXPECT_EQ(test::readFile("fetched.xml"), "<root/>");
+    EXPECT_EQ(read("fetched.xml"), "<root/>");
 }
 
 /// Windows allows them to programs that say they can deal with them, where the user has switched it on.
 TEST_F(AnyScript, APathMayBeLongerThanWindowsUsedToAllow) {
-    fs::path deep = home;
+    fs::path deep = folder;
     for (int i = 0; i < 8; ++i) deep /= std::string(40, static_cast<char>('a' + i));
     fs::create_directories(deep);
     const fs::path file = deep / lf_named(".xml");

@@ -11,6 +11,7 @@
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
+#include "shell/text.h"
 
 namespace fs = std::filesystem;
 
@@ -20,7 +21,8 @@ void ShellWorld::SetUp() {
     before = fs::current_path();
     // A random part keeps processes apart that run at the same time.
     std::random_device device;
-    folder = fs::temp_directory_path() / fmt::format("halcyrane-shell-{:08x}{:08x}", device(), device());
+    const std::string name = fmt::format("halcyrane-shell-{:08x}{:08x}{}", device(), device(), nameEnd);
+    folder = fs::temp_directory_path() / gf_pathFromUtf8(name);
     fs::create_directories(folder);
     fs::current_path(folder);
     gf_useUserFolders(folder / "config", folder / "data");

@@ -13,6 +13,7 @@ struct ShellWorld : testing::Test {
     void SetUp() override;
     void TearDown() override;
 
+    std::string nameEnd;  ///< UTF-8, for the last letters of the folder's name; to be set before SetUp
     std::filesystem::path folder;
 
     /// What was logged so far.

@@ -197,7 +197,6 @@ std::optional<f64> lf_number(std::string_view field, [[maybe_unused]] const char
     throw std::runtime_error(fmt::format("{}:{}", name, field));
 }
 
-
 std::string_view lf_text(std::string_view field) {
     return field.size() == 4 && lf_word(field) == lf_word("null") ? std::string_view{} : field;
 }

@@ -3,7 +3,7 @@
 set(package_name ${PROJECT_NAME}-${PROJECT_VERSION}-windows)
 set(package_folder ${CMAKE_BINARY_DIR}/package/${package_name})
 set(package_zip ${CMAKE_BINARY_DIR}/${package_name}.zip)
-set(package_programs halcyrane halcyrane-feed halcyrane-data halcyrane-tracks)
+set(package_programs halcyrane halcyrane-feed halcyrane-data halcyrane-replay halcyrane-tracks)
 set(package_files)
 set(packed_programs)
 foreach(program ${package_programs})

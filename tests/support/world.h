@@ -5,9 +5,8 @@
 #include <vector>
 
 #include "core/model/aircraft.h"
-#include "sim/port/sandbox/sandbox.h"
 #include "tests/support/temp_folder.h"
-#include "tools/feed/generator.h"
+#include "tools/replay/simulated_run.h"
 
 namespace hcr::test {
 
@@ -24,36 +23,21 @@ struct WorldOptions {
 
 /// The working folder that a run needs: data sets of the demo, its liveries, parameters, docs.
 void makeWorkFolder(const WorldOptions& options);
-/// Every global of the program back to its start.
-void resetProgram();
+using hcr::resetProgram;
 
-/// The whole program but for its threads and sockets: lines of the feed in, calls of the simulator out, in simulated
-/// time. One cycle of the worker is 10 ms of the clock, which is held.
-struct World {
-    explicit World(WorldOptions worldOptions = {});
-    ~World();
-    World(const World&) = delete;
-    World& operator=(const World&) = delete;
-
-    /// Plays these lines at their times, which are moved so that the first one comes now.
-    void feed(const std::vector<TimedLine>& timedLines);
-    /// Hands one line to the decoder now.
-    void line(const std::string& text);
-    /// One cycle of the worker, and of the simulator.
-    void cycle();
-    /// Cycles for so many seconds; false when the run was asked to stop meanwhile.
-    bool run(f64 duration);
-    /// Seconds since the first cycle.
-    f64 seconds() const;
-    std::string log() const;
+/// The folder of a world, which is the working folder before the run begins and until it has ended.
+struct WorldFolder {
+    explicit WorldFolder(WorldOptions worldOptions);
 
     WorldOptions options;
-    f64 startUtc = 0;   ///< Unix seconds of the clock at the first cycle
-    f64 feedShift = 0;  ///< clock minus the feed's own times
-
     TempFolder folder;
-    std::vector<TimedLine> lines;
-    std::size_t nextLine = 0;
+};
+
+/// The whole program in simulated time, in a folder of its own with the demo's data.
+struct World : WorldFolder, SimulatedRun {
+    explicit World(WorldOptions worldOptions = {});
+
+    std::string log() const;
 };
 
 /// A line of today's feed with the fields that matter, the rest "no value".

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -41,25 +40,13 @@ int lf_draw(const std::string& trace, const std::string& recording, const std::s
     return 0;
 }
 
-f64 lf_median(std::vector<f64>& values) {
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
 int lf_placeUser(const std::string& scenario, const std::string& recording) {
     std::ifstream file(gf_pathFromUtf8(scenario));
     nlohmann::json json = nlohmann::json::parse(file);
-    std::vector<f64> lats, lons;
-    for (const auto& [name, track] : readReportedTracks(gf_pathFromUtf8(recording), 0)) {
-        for (const TrackPoint& p : track) {
-            lats.push_back(p.lat);
-            lons.push_back(p.lon);
-        }
-    }
-    if (lats.empty()) throw std::runtime_error(fmt::format("{} holds no positions", recording));
+    const LatLon user = middleOfTraffic(parseRecording(readRecordingFile(gf_pathFromUtf8(recording))));
     json["user"] = nlohmann::json::array({{{"at", 0},
-                                           {"lat", lf_median(lats)},
-                                           {"lon", lf_median(lons)},
+                                           {"lat", user.lat},
+                                           {"lon", user.lon},
                                            {"alt", json.value("elevation", 0.0)},
                                            {"heading", 0},
                                            {"groundSpeed", 0},

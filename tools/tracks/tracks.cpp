@@ -27,6 +27,12 @@ f64 lf_number(std::string_view text) {
     return end == copy.c_str() || !std::isfinite(value) ? 0 : value;
 }
 
+f64 lf_median(std::vector<f64>& values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
 struct Offset {
     f64 metres = std::numeric_limits<f64>::infinity();
     bool isPast = false;  ///< it lies beyond the line's end
@@ -73,8 +79,23 @@ Tracks readFlownTracks(const std::filesystem::path& trace) {
 }
 
 Tracks readReportedTracks(const std::filesystem::path& recording, f64 seconds) {
+    return reportedTracks(parseRecording(readRecordingFile(recording)), seconds);
+}
+
+LatLon middleOfTraffic(const std::vector<TimedLine>& lines) {
+    std::vector<f64> lats, lons;
+    for (const auto& [name, track] : reportedTracks(lines, 0)) {
+        for (const TrackPoint& p : track) {
+            lats.push_back(p.lat);
+            lons.push_back(p.lon);
+        }
+    }
+    if (lats.empty()) throw std::runtime_error("the recording holds no positions");
+    return {lf_median(lats), lf_median(lons)};
+}
+
+Tracks reportedTracks(const std::vector<TimedLine>& lines, f64 seconds) {
     Tracks tracks;
-    const std::vector<TimedLine> lines = parseRecording(readRecordingFile(recording));
     for (const TimedLine& line : lines) {
         const f64 at = line.time - lines.front().time;
         if (seconds > 0 && at > seconds) break;

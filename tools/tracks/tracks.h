@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/types.h"
+#include "core/model/geo.h"
+#include "tools/feed/generator.h"
 
 namespace hcr {
 
@@ -22,6 +23,11 @@ using Tracks = std::map<std::string, Track>;
 Tracks readFlownTracks(const std::filesystem::path& trace);
 /// The reports of a recording, seconds counted from its first line; those behind `seconds` are left out (0 = none).
 Tracks readReportedTracks(const std::filesystem::path& recording, f64 seconds);
+
+/// The same from lines that are there already.
+Tracks reportedTracks(const std::vector<TimedLine>& lines, f64 seconds);
+/// The middle of the reported positions, by the median of each coordinate. Throws std::runtime_error without any.
+LatLon middleOfTraffic(const std::vector<TimedLine>& lines);
 
 /// How far the flown points lie off the reported lines, metres. Aircraft fly on when their reports have ended; what
 /// lies beyond a track's last point isn't compared.

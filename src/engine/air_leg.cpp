@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
@@ -14,8 +15,17 @@ namespace hcr {
 namespace {
 
 constexpr f64 kSpeedOnFinal = 100;       // knots, for an approach whose speed isn't known
-constexpr f64 kHighAgl = 1000;           // feet; below it no take-off may sink
+constexpr f64 kHighAgl = 1000;           // feet; a take-off here doesn't sink before it is above
+constexpr f64 kNeverSinkAgl = 100;       // feet; nobody sinks below without landing
 constexpr f64 kLowestClimbPerCs = 0.2;   // feet per cs, about 1200 feet per minute
+constexpr f64 kMostAhead = 45 * kDegToRad;  // so far the nose may point off the leg towards the next one
+constexpr f64 kCatchUp = 0.1;            // share of a delay that is made good in one leg ...
+constexpr f64 kCatchUpMost = 0.03;       // ... and of the leg's time that this may take
+constexpr f64 kSharpCorner = 20 * kDegToRad;  // from here on a turn isn't spread over the whole leg
+constexpr f64 kCornerRate = 4 * kDegToRad / 100;  // radians per cs of such a turn
+constexpr i32 kLongLegs = 2;             // only a leg so many times as long as the turn is split
+constexpr f64 kRateMargin = 1.2;         // a reported climb or descent is followed so much faster than it is told
+constexpr f64 kLowestSinkPerCs = -5000 / 6000.0;  // feet per cs, when no steeper descent is told
 constexpr f64 kNoLongerSinkingVs = 100;  // feet per minute
 constexpr f64 kTicksPerMinute = 6000;
 constexpr f64 kLandingVs = -601;  // feet per minute
@@ -70,13 +80,28 @@ bool lf_skipIntoTheAir(LiveAc& ac) {
     return false;
 }
 
+/// Feet per cs below which the aircraft isn't to go whatever its reports say: right after take-off it climbs, and away
+/// from an approach it doesn't sink into the ground.
+f64 lf_lowestRate(const LiveAc& ac) {
+    if (ac.tookOffHere) return kLowestClimbPerCs;
+    if (ac.agl > kNeverSinkAgl) {
+        const f64 told = std::min(ac.stream[0].vs, ac.stream[1].vs) / kTicksPerMinute;
+        return std::min(kLowestSinkPerCs, told * kRateMargin);
+    }
+    return std::min(kLowestClimbPerCs, (kNeverSinkAgl - ac.agl) / legTicksLeft(ac));
+}
+
+f64 lf_highestRate(const LiveAc& ac) {
+    const f64 told = std::max(ac.stream[0].vs, ac.stream[1].vs) / kTicksPerMinute;
+    return std::max(ac.maxClimbPerCs, told * kRateMargin);
+}
+
 void lf_inAirToAir(LiveAc& ac) {
     const PosSample& s1 = ac.stream[0];
     const PosSample& s2 = ac.stream[1];
     const f64 rate = (s2.alt - ac.alt) / legTicksLeft(ac);
     if (!ac.landing) {
-        const f64 lowest = ac.agl > kHighAgl ? rate : std::max(rate, kLowestClimbPerCs);
-        ac.dAlt = std::min(lowest, ac.maxClimbPerCs);
+        ac.dAlt = std::min(std::max(rate, lf_lowestRate(ac)), lf_highestRate(ac));
     } else if (s1.alt != s2.alt || ac.agl > kHighAgl || s1.vs + s2.vs > kNoLongerSinkingVs) {
         ac.dAlt = rate;
     } else {
@@ -127,12 +152,20 @@ void lf_planPitch(LiveAc& ac) {
     ac.dPitch = std::clamp((airPitch(ac.stream[1].vs) - ac.pitch) / legTicksLeft(ac), -limit, limit);
 }
 
+/// Turn of the leg: towards the next leg, but not far from the way that the aircraft goes; while no next leg is known,
+/// along this one.
+f64 lf_turnInAir(const LiveAc& ac) {
+    if (ac.stream.size() < 3) return wrapPi(ac.targetHeading - ac.heading);
+    const f64 ahead = wrapPi(ac.heading + lf_turnAngle(ac) - ac.targetHeading);
+    return wrapPi(ac.targetHeading + std::clamp(ahead, -kMostAhead, kMostAhead) - ac.heading);
+}
+
 void lf_planHeadingAndBank(LiveAc& ac) {
     const PosSample& s2 = ac.stream[1];
     const f64 dt = legTicksLeft(ac);
     const bool low = ac.agl < (ac.landing ? kHeadingAglLanding : kHeadingAgl);
     const bool reported = s2.adsb && s2.rollValid && s2.trueHeadingValid && low;
-    const f64 turn = reported ? wrapPi(s2.trueHeading - ac.heading) : lf_turnAngle(ac);
+    const f64 turn = reported ? wrapPi(s2.trueHeading - ac.heading) : lf_turnInAir(ac);
     ac.dHeading = turn / dt;
     if (s2.rollValid) {
         // A roll is any number that a transponder may send; more than half a turn means the same as less.
@@ -142,6 +175,29 @@ void lf_planHeadingAndBank(LiveAc& ac) {
     const f64 maxBank = classValue(kMaxBank, ac.acClass), maxRate = classValue(kBankRate, ac.acClass);
     const f64 target = -std::clamp(turn, -maxBank, maxBank);
     ac.dBank = std::clamp((target - ac.bank) / dt, -maxRate, maxRate);
+}
+
+/// The time of a leg, a little shorter or longer so that an aircraft that is late or early comes back to its reports.
+i32 lf_towardsSchedule(const LiveAc& ac, i32 ticks) {
+    if (ac.extendCount >= 1) return ticks;
+    const f64 late = static_cast<f64>(i64{simTick} + ticks - ac.stream[1].time);
+    const f64 most = ticks * kCatchUpMost;
+    return roundToTicks(ticks - std::clamp(late * kCatchUp, -most, most));
+}
+
+/// Behind a sharp corner the first piece of a long leg takes the whole turn: spread over all of it, the aircraft would
+/// fly sideways for most of the way.
+void lf_splitBehindCorner(LiveAc& ac) {
+    if (ac.stream[1].stationary) return;
+    const f64 turn = std::abs(wrapPi(ac.targetHeading - ac.heading)) / kCornerRate;
+    if (turn * kCornerRate < kSharpCorner || turn * kLongLegs > legTicksLeft(ac)) return;
+    PosSample here = ac.stream[0];
+    here.lat = ac.lat;
+    here.lon = ac.lon;
+    here.time = simTick;
+    PosSample corner = sampleBetween(here, ac.stream[1], roundToTicks(simTick + turn));
+    corner.adsb = corner.rollValid = corner.trueHeadingValid = false;
+    ac.stream.insert(ac.stream.begin() + 1, corner);
 }
 
 void lf_highAltitudeConfig(LiveAc& ac) {
@@ -163,6 +219,7 @@ f64 airPitch(f64 verticalSpeed) {
 }
 
 void lf_nextPosAir(LiveAc& ac) {
+    lf_splitBehindCorner(ac);
     const PosSample& s1 = ac.stream[0];
     const PosSample& s2 = ac.stream[1];
     if (s2.stationary) {
@@ -171,13 +228,15 @@ void lf_nextPosAir(LiveAc& ac) {
     }
     const bool touchingDown = ac.landing && !s2.airborne;
     const f64 speed = touchingDown ? (s1.speed > 0 ? s1.speed : kSpeedOnFinal) : lf_legSpeed(ac);
-    lf_setArrival(ac, legTicksAt(ac, speed));
+    const i32 ticks = legTicksAt(ac, speed);
+    lf_setArrival(ac, touchingDown ? ticks : lf_towardsSchedule(ac, ticks));
 }
 
 void lf_airDeltas(LiveAc& ac) {
     if (ac.flightState != FlightState::take_off && ac.flightState != FlightState::flying) {
         setFlightState(ac, FlightState::flying);
     }
+    if (ac.agl > kHighAgl) ac.tookOffHere = false;
     ac.targetVs = ac.stream[1].vs;
     ac.targetSpeed = ac.stream[1].tas;
     if (ac.flarePhase == 0) lf_planHeight(ac);

@@ -69,13 +69,20 @@ bool lf_blocksUserOnGround(const LiveAc& ac, const PosSample& s1, const UserAirc
     return distance < kBesideUserNm;
 }
 
+/// Where the aircraft is going to fly: a record that waits to appear has no heading of its own yet.
+f64 lf_firstCourse(const LiveAc& ac) {
+    const PosSample& s1 = ac.stream.front();
+    if (ac.stream.size() < 2) return s1.track * kDegToRad;
+    return bearingRad(s1.lat, s1.lon, ac.stream[1].lat, ac.stream[1].lon);
+}
+
 bool lf_blocksUserInAir(LiveAc& ac, const PosSample& s1, const UserAircraftData& user) {
     if (!COLLISION_USER_AIR.current) return false;
     const f64 distance = distanceNm(user.lat, user.lon, s1.lat, s1.lon);
     const f64 bearing = bearingRad(user.lat, user.lon, s1.lat, s1.lon);
     if (s1.airborne) {
         if (distance <= kAheadNm && std::abs(s1.alt - user.alt) < kAheadFt &&
-            lf_asideFt(ac.targetHeading - bearing, distance) <= kAheadAsideFt) {
+            lf_asideFt(lf_firstCourse(ac) - bearing, distance) <= kAheadAsideFt) {
             ac.userConflictSkip = true;
         }
     } else if (distance <= kRunwayNm && user.agl < kRunwayAgl &&

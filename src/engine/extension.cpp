@@ -20,6 +20,7 @@ namespace {
 
 constexpr i32 kStepsInAir = 8, kStepsOnGround = 10, kStepsParked = 1;
 constexpr i32 kLegInAirS = 8, kLegOnGroundS = 3;
+constexpr i32 kStepsToReport = 5;  // more than the 30 seconds between a report and its playing
 constexpr i32 kLegParkedS = 604800;  // a week: a parked aircraft stays
 constexpr f64 kRangeMarginNm = 0.5;  // who is lost at the edge of the range has left it
 constexpr f64 kNearGroundFt = 1000;  // with traffic in the air only, nobody is extended towards the runway
@@ -134,6 +135,21 @@ void lf_extendStream(LiveAc& ac, i32 steps) {
         ac.parkReportSeen = false;
         if (ParkPos* stand = findStand(ac.standId)) stand->takenByLive = false;
     }
+}
+
+void keepExtending(LiveAc& ac) {
+    // On final the speed falls with the count of steps, and the ground ends the flight soon enough.
+    if (ac.extendCount > 0 && !ac.onGround && !ac.landing) ac.extendCount = std::max(ac.extendCount, kStepsToReport);
+}
+
+void extendAtBirth(LiveAc& ac) {
+    PosSample sample = ac.stream.front();
+    const f64 feet = kLegInAirS * 100.0 * sample.speed * kFeetPerNm / 360000.0;
+    const LatLon place = destinationPoint(sample.lat, sample.lon, sample.track * kDegToRad, feet);
+    sample.lat = place.lat;
+    sample.lon = place.lon;
+    sample.time = roundToTicks(static_cast<f64>(sample.time) + kLegInAirS * 100.0);
+    ac.stream.push_back(sample);
 }
 
 bool lf_tryExtend(LiveAc& ac) {

@@ -16,6 +16,7 @@
 #include "engine/extension.h"
 #include "engine/ground.h"
 #include "engine/landing.h"
+#include "engine/reappearance.h"
 #include "engine/spawn.h"
 #include "engine/take_off.h"
 #include "shell/log.h"
@@ -140,6 +141,10 @@ void lf_nextPos(LiveAc& ac) {
         }
         // Behind the deltas, for they may choose a later S2.
         const PosSample& target = ac.stream[1];
+        if (needsALeap(ac)) {
+            startAnew(ac);
+            return;
+        }
         const f64 dt = legTicksLeft(ac);
         ac.dLat = (target.lat - ac.lat) / dt;
         ac.dLon = shortWay(target.lon - ac.lon) / dt;
@@ -303,6 +308,20 @@ f64 shortWay(f64 degrees) {
     if (degrees > 180.0) return degrees - 360.0;
     if (degrees < -180.0) return degrees + 360.0;
     return degrees;
+}
+
+PosSample sampleBetween(const PosSample& s1, const PosSample& s2, i32 time) {
+    const f64 part = static_cast<f64>(i64{time} - s1.time) / static_cast<f64>(i64{s2.time} - s1.time);
+    const auto mix = [part](f64 from, f64 to) { return from + (to - from) * part; };
+    PosSample sample = s1;
+    sample.lat = mix(s1.lat, s2.lat);
+    sample.lon = s1.lon + shortWay(s2.lon - s1.lon) * part;
+    sample.alt = mix(s1.alt, s2.alt);
+    sample.speed = mix(s1.speed, s2.speed);
+    sample.vs = mix(s1.vs, s2.vs);
+    sample.tas = mix(s1.tas, s2.tas);
+    sample.time = time;
+    return sample;
 }
 
 void setFlightState(LiveAc& ac, FlightState state) {

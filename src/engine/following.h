@@ -38,6 +38,9 @@ f64 lf_turnAngle(const LiveAc& ac);
 void decayLimits(LiveAc& ac);
 /// A difference of longitudes in degrees by the short way round the earth.
 f64 shortWay(f64 degrees);
+/// A sample on the straight way between two others, with the means of what changes evenly and the rest of the first;
+/// their times must differ.
+PosSample sampleBetween(const PosSample& s1, const PosSample& s2, i32 time);
 /// Changes flightState, keeping the old one in prevFlightState.
 void setFlightState(LiveAc& ac, FlightState state);
 /// Rounds to the nearest integer; throws std::range_error for what no i32 can hold.

@@ -104,7 +104,7 @@ f64 lf_flareHeight(LiveAc& ac) {
 void lf_touchDown(LiveAc& ac) {
     ac.rollOutFlare = ac.rollOut = true;
     ac.touchdownHeading = ac.heading;
-    ac.landing = false;
+    ac.landing = ac.tookOffHere = false;
     ac.landedHere = true;
     gf_setSpoilers(ac, true);
     if (ac.acClass != Light) {

@@ -10,6 +10,7 @@
 #include "core/model/labels.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "engine/extension.h"
 #include "engine/following.h"
 #include "engine/identity.h"
 #include "liveries/dbase.h"
@@ -25,6 +26,7 @@ namespace {
 
 constexpr f64 kJumpFactor = 10, kJumpFromKt = 5, kJumpToKt = 80;
 constexpr f64 kFastKt = 120, kSlowKt = 30;  // between them every report counts
+constexpr f64 kDoubtS = 30;                  // a doubtful speed that is told again within this time is believed
 constexpr f64 kStraightDegAir = 1, kStraightDegGround = 2;
 constexpr f64 kLeastAirNm = 0.2429805615550756;       // 450 m
 constexpr f64 kLeastGroundNm = 0.010799136069114472;  // 20 m
@@ -56,10 +58,44 @@ bool lf_tellsNothing(const LiveAc& ac, const PosSample& sample, f64 gap) {
            gap <= std::min(kLongestGapS, lf_secondsFor(kLeastGroundNm, sample.speed));
 }
 
-bool lf_isUseless(const LiveAc& ac, const TrafficReport& report) {
+/// True for a speed that can't follow the last one. A second report in a row that says the same is believed.
+bool lf_isDoubtful(LiveAc& ac, const TrafficReport& report) {
+    const f64 speed = report.sample.speed;
+    if (!lf_jumps(speed, ac.stream.back().speed)) {
+        ac.doubtedAt = 0;
+        return false;
+    }
+    const f64 since = report.timestamp - ac.doubtedAt;
+    if (ac.doubtedAt != 0 && since <= kDoubtS && !lf_jumps(speed, ac.doubtedSpeed)) {
+        ac.doubtedAt = 0;
+        return false;
+    }
+    ac.doubtedAt = report.timestamp;
+    ac.doubtedSpeed = speed;
+    return true;
+}
+
+bool lf_isUseless(LiveAc& ac, const TrafficReport& report) {
     if (ac.stream.empty()) return false;
     const f64 gap = report.timestamp - ac.lastTimestamp;
-    return gap <= 1 || lf_jumps(report.sample.speed, ac.stream.back().speed) || lf_tellsNothing(ac, report.sample, gap);
+    return gap <= 1 || lf_isDoubtful(ac, report) || lf_tellsNothing(ac, report.sample, gap);
+}
+
+/// True when a flying aircraft is told in its last place again: its feed is kept alive without news of it.
+bool lf_repeatsPlace(const LiveAc& ac, const PosSample& sample) {
+    return sample.airborne && !ac.onGround && ac.acClass != Rotorcraft &&
+           samePosition(ac.reportLat, ac.reportLon, sample.lat, sample.lon);
+}
+
+void lf_takeRepeat(LiveAc& ac) {
+    ++ac.repeats;
+    if (ac.lifeState == LifeState::active) keepExtending(ac);
+}
+
+void lf_rememberPlace(LiveAc& ac, const PosSample& sample) {
+    ac.reportLat = sample.lat;
+    ac.reportLon = sample.lon;
+    ac.repeats = 0;
 }
 
 bool lf_hovers(const PosSample& sample) {
@@ -108,6 +144,7 @@ void lf_decodeNew(TrafficReport& report) {
     limitSample(report.sample);
     ac.stream.push_back(report.sample);
     ac.lastTimestamp = report.timestamp;
+    lf_rememberPlace(ac, report.sample);
 }
 
 void lf_update(LiveAc& ac, const TrafficReport& report) {
@@ -116,6 +153,11 @@ void lf_update(LiveAc& ac, const TrafficReport& report) {
     if (ac.lifeState == LifeState::buffer && lf_hovers(report.sample)) return;
     if (!lf_checkIdentity(ac, report)) return;
     ac.lastTimestamp = report.timestamp;
+    if (lf_repeatsPlace(ac, report.sample)) {
+        lf_takeRepeat(ac);
+        return;
+    }
+    lf_rememberPlace(ac, report.sample);
     decodeExisting(ac, report.sample);
 }
 

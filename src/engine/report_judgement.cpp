@@ -25,7 +25,9 @@ constexpr i32 kRetreats = 3;
 constexpr f64 kRetreatSpans = 0.5;
 constexpr i32 kWeekCs = 60480000;  // the extension of a parked aircraft
 constexpr i32 kTurnaroundHeavyCs = 360000, kTurnaroundLargeCs = 150000, kTurnaroundBuzjetCs = 90000;
-constexpr f64 kBehindDeg = 100;  // a report this far off the heading lies behind an extended aircraft
+constexpr i32 kTurnStepS = 3;                // a turn back to the reports is flown in steps of so many seconds ...
+constexpr f64 kTurnStepRad = 9 * kDegToRad;  // ... and degrees, at standard rate
+constexpr i32 kTurnSteps = 40;               // a full circle
 constexpr f64 kBesideDeg = 90, kBackwardsDeg = 150;
 constexpr f64 kRunwaySpeedKt = 40;  // a landed aircraft faster than this doesn't speed up
 
@@ -162,13 +164,40 @@ bool lf_reportEmpty(const char* operation) {
     return false;
 }
 
+/// The extension ends where the aircraft is; from there it flies a turn towards the sample and then straight to it.
+void lf_turnFromHere(LiveAc& ac, const PosSample& sample) {
+    ac.stream.resize(1);
+    PosSample point = ac.stream.front();
+    point.lat = ac.lat;
+    point.lon = ac.lon;
+    point.alt = ac.alt;
+    point.time = simTick + 1;
+    point.stationary = point.adsb = point.rollValid = point.trueHeadingValid = false;
+    ac.stream.front() = point;
+    f64 heading = ac.heading;
+    const f64 feet = point.speed / 3600 * kTurnStepS * kFeetPerNm;
+    for (i32 step = 0; step < kTurnSteps; ++step) {
+        const f64 left = wrapPi(bearingRad(point.lat, point.lon, sample.lat, sample.lon) - heading);
+        if (std::abs(left) <= kTurnStepRad) return;
+        heading += left > 0 ? kTurnStepRad : -kTurnStepRad;
+        const LatLon place = destinationPoint(point.lat, point.lon, heading, feet);
+        point.lat = place.lat;
+        point.lon = place.lon;
+        point.time += kTurnStepS * 100;
+        ac.stream.push_back(point);
+    }
+}
+
 bool lf_judgeMoving(LiveAc& ac, PosSample& sample) {
     const bool usable = lf_checkGroundSample(ac, sample);
     if (!usable || ac.extendCount <= 0) return usable;
     if (ac.stream.empty()) return lf_reportEmpty("checkExtendingSituations");
-    if (!ac.onGround && lf_offHeading(ac, lf_placeOf(ac.stream.back()), sample) >= kBehindDeg) return false;
+    if (ac.onGround) {
+        ac.stream.front().time = simTick + 1;
+    } else {
+        lf_turnFromHere(ac, sample);
+    }
     lf_endExtension(ac);
-    ac.stream.front().time = simTick + 1;
     lf_endHold(ac);
     return true;
 }

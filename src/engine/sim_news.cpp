@@ -64,6 +64,7 @@ bool lf_onObjectCreated(const SimMessage& message) {
         return false;
     }
     ac->objectId = message.object;
+    ac->createdTick = simTick;
     ac->agl = message.b;
     if (!ac->stream.empty() && !ac->stream.front().airborne) lf_onGroundCreated(*ac);
     gf_makeFlightPlan(*ac);

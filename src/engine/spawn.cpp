@@ -8,6 +8,7 @@
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/conflicts.h"
+#include "engine/extension.h"
 #include "engine/following.h"
 #include "engine/ground.h"
 #include "engine/life_cycle.h"
@@ -25,18 +26,49 @@ namespace {
 
 constexpr i32 kLeadOnGroundCs = 300;  // a taxiing aircraft needs its path three seconds early
 constexpr i32 kLeadCs = 100;
-constexpr std::size_t kBusyQueue = 10;  // with more creations waiting, a newcomer waits with a fresh first sample
+constexpr std::size_t kBusyQueue = 10;  // with more creations under way a newcomer waits, with a fresh first sample
+constexpr i32 kUntilActiveCs = 250;     // from the call that creates an aircraft until it follows its path
+constexpr i32 kBetweenCreationsCs = 50;
+constexpr i32 kExchangeCs = 100;        // a far aircraft makes room for a near one at most once in this time ...
+constexpr i32 kShownAtLeastCs = 1000;   // ... and never one that has just come
 constexpr f64 kNearerByNm = 0.1;        // who takes another's place is nearer by more than this
 constexpr std::size_t kLongestCallsign = 8;
 constexpr f64 kGroundSpawnPitch = 0.010471975511965976;  // 0.6 degrees nose down
+
+i32 lf_lastExchange = 0;  // simTick, 0 = none yet
 
 bool lf_isDue(const PosSample& s1) {
     const bool taxiing = !s1.airborne && s1.speed != 0;
     return simTick >= s1.time - (taxiing ? kLeadOnGroundCs : kLeadCs);
 }
 
+/// Told again and again in its first place.
+bool lf_isStillReported(const LiveAc& ac) {
+    return ac.repeats > 0 && ac.stream.front().airborne && ac.stream.front().speed > 0;
+}
+
 bool lf_isRemovedGhost(const LiveAc& ac) {
     return ac.callsign.ends_with('_') && std::find(gGhosts.begin(), gGhosts.end(), ac.callsign) != gGhosts.end();
+}
+
+void lf_dropFirst(LiveAc& ac) {
+    ac.stream.erase(ac.stream.begin());
+}
+
+/// Creations on their way to the simulator, whichever way they have come.
+std::size_t lf_creationsUnderWay() {
+    return static_cast<std::size_t>(std::count_if(gLiveAcs.begin(), gLiveAcs.end(), [](const LiveAc& ac) {
+        return ac.lifeState == LifeState::adding2sim && ac.objectId == 0;
+    }));
+}
+
+/// Who had to wait appears where its reports are by now.
+void lf_freshenFirst(LiveAc& ac) {
+    if (ac.spawnHeadingValid) return;  // a respawn goes on in place
+    const i32 appearsAt = simTick + kUntilActiveCs + static_cast<i32>(lf_creationsUnderWay()) * kBetweenCreationsCs;
+    while (ac.stream.size() >= 2 && ac.stream[1].time <= appearsAt) lf_dropFirst(ac);
+    if (ac.stream.size() < 2 || ac.stream[1].stationary || ac.stream.front().time >= appearsAt) return;
+    ac.stream.front() = sampleBetween(ac.stream[0], ac.stream[1], appearsAt);
 }
 
 /// The moment of take-off or landing.
@@ -45,31 +77,35 @@ bool lf_changesGround(const SampleStream& stream) {
     return std::any_of(stream.begin(), stream.end(), [first](const PosSample& s) { return s.airborne != first; });
 }
 
-void lf_dropFirst(LiveAc& ac) {
-    ac.stream.erase(ac.stream.begin());
-}
+enum class Room { none, later, here };
 
-/// Takes the furthest aircraft out of the simulator for one at `distance` nm; true when none is further away.
-bool lf_makeRoom(f64 distance, const UserAircraftData& user) {
+/// Takes the furthest aircraft out of the simulator for one at `distance` nm. None: nobody is further away.
+Room lf_makeRoom(f64 distance, const UserAircraftData& user) {
     LiveAc* furthest = nullptr;
     f64 bound = distance + kNearerByNm;
     for (LiveAc& ac : gLiveAcs) {
-        if (ac.lifeState != LifeState::active) continue;
+        if (ac.lifeState != LifeState::active || simTick - ac.createdTick < kShownAtLeastCs) continue;
         const f64 away = distanceNm(user.lat, user.lon, ac.lat, ac.lon);
         if (away <= bound) continue;
         bound = away;
         furthest = &ac;
     }
-    if (furthest == nullptr) return true;
+    if (furthest == nullptr) return Room::none;
+    if (simTick - lf_lastExchange < kExchangeCs && lf_lastExchange != 0) return Room::later;
+    lf_lastExchange = simTick;
     removeAircraftFromSim(*furthest);
-    return false;
+    return Room::here;
 }
 
-bool lf_isFull(const LiveAc& ac) {
-    const auto active = std::count_if(gLiveAcs.begin(), gLiveAcs.end(),
-                                      [](const LiveAc& other) { return other.lifeState == LifeState::active; });
-    const std::size_t count = gAddingStack.size() + static_cast<std::size_t>(active) + gLiveAdding.size();
-    if (count < static_cast<std::size_t>(MAX_LIVE_SEL.current)) return false;
+/// Whoever is in the simulator, on the way there or away for a moment has a place.
+bool lf_hasPlace(const LiveAc& ac) {
+    return ac.lifeState == LifeState::active || ac.lifeState == LifeState::adding2sim ||
+           ac.lifeState == LifeState::liveryrespawn;
+}
+
+Room lf_findRoom(const LiveAc& ac) {
+    const auto count = std::count_if(gLiveAcs.begin(), gLiveAcs.end(), lf_hasPlace);
+    if (count < MAX_LIVE_SEL.current) return Room::here;
     const UserAircraftData user = gf_lastUserPosition();
     const PosSample& s1 = ac.stream.front();
     return lf_makeRoom(distanceNm(user.lat, user.lon, s1.lat, s1.lon), user);
@@ -174,12 +210,12 @@ void lf_placeOnFirstSample(LiveAc& ac) {
 }  // namespace
 
 void lf_completeTexts(LiveAc& ac) {
+    if (!ac.registration.empty() && !lf_isValidCallsign(ac.callsign)) ac.callsign = ac.registration;
     if (const DbaseRecord* record = ac.registration.empty() ? nullptr : gf_dbaseRecord(ac.registration)) {
         if (!record->airl.empty()) ac.airline = record->airl;
         if (!record->type.empty()) ac.model = record->type;
         if (!record->opr.empty()) ac.airline = record->opr;
         ac.cargo = record->cargo;
-        if (!lf_isValidCallsign(ac.callsign)) ac.callsign = ac.registration;
     }
     if (ac.airline.empty()) ac.airline = gf_airlineOfCallsign(ac.callsign);
     if (ac.airline.empty()) ac.airline = "PVT";
@@ -191,6 +227,7 @@ void lf_spawnCheck(LiveAc& ac) {
         return;
     }
     if (!lf_isDue(ac.stream.front())) return;
+    if (ac.stream.size() == 1 && lf_isStillReported(ac)) extendAtBirth(ac);
     if (ac.stream.size() == 1 || lf_isRemovedGhost(ac)) {
         ac.eraseLive = true;
         return;
@@ -200,11 +237,12 @@ void lf_spawnCheck(LiveAc& ac) {
         return;
     }
     if (lf_userConflict(ac)) return;
-    if (gLiveAdding.size() > kBusyQueue && ac.flightState == FlightState::birth) {
-        lf_dropFirst(ac);
-        return;
-    }
-    if (MAX_LIVE_SEL.current == 0 || lf_isFull(ac) || lf_isUnwanted(ac)) {
+    const bool isNew = ac.flightState == FlightState::birth;
+    if (isNew && lf_creationsUnderWay() > kBusyQueue) return;
+    if (isNew && simTick > ac.stream.front().time) lf_freshenFirst(ac);
+    const Room room = MAX_LIVE_SEL.current == 0 ? Room::none : lf_findRoom(ac);
+    if (room == Room::later) return;
+    if (room == Room::none || lf_isUnwanted(ac)) {
         ac.eraseLive = true;
         return;
     }

@@ -72,6 +72,7 @@ void lf_startRotation(LiveAc& ac) {
     ac.dPitch = (ac.rotationPitch - ac.pitch) / ac.groundRunCount;
     if (!ac.takeOffRun) lf_startTakeOffRun(ac);
     setFlightState(ac, FlightState::take_off);
+    ac.tookOffHere = true;
     ac.dHeading = 0;
     ac.curve = GroundCurve{};
     if (!ac.rollOut) return;

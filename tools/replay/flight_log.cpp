@@ -29,7 +29,10 @@ void lf_onReport(FlightLog& log, const TrafficReport& report) {
     flight.lastTimestamp = report.timestamp;
     flight.fastestKt = std::max(flight.fastestKt, report.sample.speed);
     const PosSample& s = report.sample;
-    flight.reports.push_back({log.watched.seconds() + kDelay, s.lat, s.lon, s.alt, s.speed});
+    flight.lastReportAt = log.watched.seconds() + kDelay;
+    const bool repeats = !flight.reports.empty() && s.airborne &&
+                         samePosition(s.lat, s.lon, flight.reports.back().lat, flight.reports.back().lon);
+    if (!repeats) flight.reports.push_back({flight.lastReportAt, s.lat, s.lon, s.alt, s.speed});
 }
 
 void lf_compareWithLast(FlightRecord& flight, const FlownPoint& now) {

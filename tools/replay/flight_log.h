@@ -30,7 +30,8 @@ struct FlownPoint {
 struct FlightRecord {
     u32 hexid = 0;
     std::string callsign, registration, type;
-    std::vector<ReportedPoint> reports;
+    std::vector<ReportedPoint> reports;  ///< an aircraft in the air that is told in the same place again isn't noted
+    f64 lastReportAt = 0;                ///< of the last report, such repetitions included
     std::vector<FlownPoint> flown;  ///< two a second
     f64 jumpMetres = 0;             ///< the longest way between two writes, beyond what the aircraft's speed explains
     f64 stepFeet = 0;               ///< the largest change of altitude between two writes

@@ -10,7 +10,7 @@ namespace hcr {
 namespace {
 
 constexpr const char* kHead =
-    "aircraft          type reports  first  delay    cross m            alt ft     speed kt  turn  side dive deaf "
+    "aircraft          type reports  first  delay    path m             alt ft     speed kt  turn  side dive deaf "
     "teeth  jump  step flick early\n"
     "                                    s      s  med  95%  worst   95%  worst  95%  worst  deg/s    s    s    s "
     "          m    ft\n";
@@ -27,12 +27,12 @@ std::string lf_name(const FlightRecord& flight) {
 }
 
 std::string lf_row(const FlightRecord& flight, Measures m) {
-    const Spread cross = spreadOf(m.crossMetres), alt = spreadOf(m.altErrors), speed = spreadOf(m.speedErrors),
+    const Spread path = spreadOf(m.pathMetres), alt = spreadOf(m.altErrors), speed = spreadOf(m.speedErrors),
                  turn = spreadOf(m.turnRates);
     return fmt::format("{:8} {:>8} {:4} {:7} {:6.0f} {:6.1f} {:4.0f} {:4.0f} {:6.0f} {:5.0f} {:6.0f} {:4.0f} {:6.0f} "
                        "{:6.1f} {:4.0f} {:4.0f} {:4.0f} {:5} {:5.0f} {:5.0f} {:5} {:5}\n",
                        lf_name(flight), flight.hexid, flight.type, flight.reports.size(), flight.reports.front().at,
-                       creationDelay(flight), cross.median, cross.p95, cross.worst, alt.p95, alt.worst, speed.p95,
+                       creationDelay(flight), path.median, path.p95, path.worst, alt.p95, alt.worst, speed.p95,
                        speed.worst, turn.worst, m.sidewaysSeconds, m.diveSeconds, m.deafSeconds, m.teeth, m.jumpMetres,
                        m.stepFeet, m.flicker, m.removedEarly);
 }
@@ -60,7 +60,7 @@ std::string lf_total(const Sum& sum) {
     if (!sum.others.empty()) text += "not due:" + sum.others + "\n";
     text += fmt::format("\n  {:42} {:^29}   {:^29}\n  {:42} {:>9} {:>9} {:>9}   {:>9} {:>9} {:>9}\n", "", "flown",
                         "plain interpolation", "", "median", "95 %", "worst", "median", "95 %", "worst");
-    text += lf_spread("distance from the reported path, m", a.crossMetres, b.crossMetres);
+    text += lf_spread("distance from the reported path, m", a.pathMetres, b.pathMetres);
     text += lf_spread("beside the leg that is due, m", a.crossMetres, b.crossMetres);
     text += lf_spread("time error, s", a.timeErrors, b.timeErrors);
     text += lf_spread("altitude error, ft", a.altErrors, b.altErrors);

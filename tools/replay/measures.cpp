@@ -19,6 +19,7 @@ constexpr f64 kMovingKt = 20;
 constexpr f64 kSidewaysDeg = 60;
 constexpr f64 kDiveFtPerMin = 6000, kReportedDiveFtPerMin = 5000;
 constexpr f64 kToothFt = 300, kToothEndFt = 150;
+constexpr f64 kLevelFtPerMin = 100;
 constexpr f64 kStandingKt = 1, kReportedMovingKt = 10, kDeafSeconds = 60;
 constexpr f64 kJumpMetres = 50, kStepFeet = 100;
 constexpr f64 kFlickerSeconds = 120;
@@ -104,8 +105,9 @@ struct Excursion {
     bool out = false;
     i32 count = 0;
 
-    void look(f64 beyond) {
-        if (!out && beyond > kToothFt) {
+    /// Only who moves outwards makes one; a slow climb behind a report's leap makes none.
+    void look(f64 beyond, f64 outwards) {
+        if (!out && beyond > kToothFt && outwards > kLevelFtPerMin) {
             out = true;
             ++count;
         } else if (out && beyond < kToothEndFt) {
@@ -141,7 +143,7 @@ struct Meter {
     Excursion above, below;
     f64 standing = 0;
 
-    void place(const FlownPoint& p, std::size_t leg) {
+    void place(const FlownPoint& p, std::size_t leg, f64 climb) {
         const std::vector<ReportedPoint>& reports = flight.reports;
         const OnPath near = lf_nearest(reports, leg, p);
         const ReportedPoint told = lf_between(reports[leg], reports[leg + 1], p.at);
@@ -152,8 +154,8 @@ struct Meter {
         result.altErrors.push_back(off);
         if (told.alt < kLowFt) result.altErrorsLow.push_back(off);
         const Allowed allowed = lf_allowed(reports, leg, p.at);
-        above.look(p.alt - allowed.high);
-        below.look(allowed.low - p.alt);
+        above.look(p.alt - allowed.high, climb);
+        below.look(allowed.low - p.alt, -climb);
     }
 
     void move(const FlownPoint& p, const Motion& motion, std::size_t leg) {
@@ -188,8 +190,7 @@ void lf_appearances(const FlightRecord& flight, Measures& result) {
     for (std::size_t i = 1; i < flown.size(); ++i) {
         if (flown[i].object != flown[i - 1].object && flown[i].at - flown[i - 1].at < kFlickerSeconds) ++result.flicker;
     }
-    if (flown.empty() || flight.reports.empty()) return;
-    if (flown.back().at < flight.reports.back().at - kEarlySeconds) result.removedEarly = 1;
+    if (!flown.empty() && flown.back().at < flight.lastReportAt - kEarlySeconds) result.removedEarly = 1;
 }
 
 void lf_append(std::vector<f64>& sum, const std::vector<f64>& one) {
@@ -215,12 +216,12 @@ Measures measure(const FlightRecord& flight) {
             before = {};
             continue;
         }
-        meter.place(flown[i], leg);
+        const Motion now = goesOn ? lf_motion(flown[i - 1], flown[i]) : Motion{};
+        meter.place(flown[i], leg, now.climb);
         if (!goesOn) {
             before = {};
             continue;
         }
-        const Motion now = lf_motion(flown[i - 1], flown[i]);
         meter.move(flown[i], now, leg);
         if (before.seconds > 0) meter.change(flown[i - 1], flown[i], before, now);
         before = now;
@@ -265,6 +266,7 @@ FlightRecord interpolated(const FlightRecord& flight) {
     FlightRecord result;
     result.hexid = flight.hexid;
     result.reports = flight.reports;
+    result.lastReportAt = flight.reports.back().at;
     const std::vector<ReportedPoint>& reports = flight.reports;
     if (reports.size() < 2) return result;
     f64 heading = 0;

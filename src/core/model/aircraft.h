@@ -90,6 +90,11 @@ using SampleStream = std::vector<PosSample>;
 struct LiveAc : ParkedAc, PositionBlock {
     SampleStream stream;
     f64 lastTimestamp = 0;          ///< timestamp of the report last accepted, Unix seconds
+    f64 reportLat = 0, reportLon = 0;  ///< place of the last report, degrees
+    i32 repeats = 0;                ///< reports since then that told the same place, of an aircraft in the air
+    i32 createdTick = 0;            ///< simTick at which its object was made
+    f64 doubtedAt = 0;              ///< timestamp of the report last dropped for its speed, Unix seconds; 0 = none
+    f64 doubtedSpeed = 0;           ///< its speed, knots
     f64 lastCollisionLat = 0, lastCollisionLon = 0;  ///< position at the last check against static aircraft
     i64 arrivedTicks = 0;           ///< wall clock in 100 ns, last moment confirmed on its stand
     i32 extendCount = 0;            ///< 0 real samples; > 0 extrapolated samples left; -1 extrapolation has ended
@@ -138,6 +143,7 @@ struct LiveAc : ParkedAc, PositionBlock {
     bool towed = false;          ///< left its stand too soon to be a departure
     bool cleanConfig = false;    ///< gear and flaps were retracted after a climb past the first check
     bool takeOffRun = false;
+    bool tookOffHere = false;    ///< rotated in the simulator and hasn't been above 1000 ft AGL since
     bool above10000Done = false;
     bool climbLightsDone = false;
     bool rollOutFlare = false;   ///< from touchdown until the nose is down

@@ -1,0 +1,62 @@
+#include "engine/reappearance.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/model/geo.h"
+#include "core/model/tables.h"
+#include "engine/following.h"
+#include "sim/aircraft.h"
+
+namespace hcr {
+namespace {
+
+constexpr f64 kSpeedFactor = 2, kSpeedOnTopKt = 100;
+constexpr f64 kUnknownSpeedKt = 600;
+constexpr f64 kTicksPerNmAtOneKnot = 360000;
+
+void lf_leaveStandBehind(LiveAc& ac) {
+    if (ParkPos* stand = ac.standId == 0 ? nullptr : findStand(ac.standId)) stand->takenByLive = false;
+    ac.standId = 0;
+    ac.standLat = ac.standLon = ac.standHeading = 0;
+    ac.standCargo = false;
+}
+
+/// A record as new, but for what is known of the aircraft itself and for its path.
+LiveAc lf_freshRecord(LiveAc& ac) {
+    LiveAc fresh;
+    static_cast<ParkedAc&>(fresh) = std::move(static_cast<ParkedAc&>(ac));
+    fresh.turnRate = fresh.taxiTurnRate;
+    fresh.stream = std::move(ac.stream);
+    fresh.lastTimestamp = ac.lastTimestamp;
+    fresh.reportLat = ac.reportLat;
+    fresh.reportLon = ac.reportLon;
+    fresh.repeats = ac.repeats;
+    fresh.lat = ac.lat;
+    fresh.lon = ac.lon;
+    fresh.hasFlightPlan = ac.hasFlightPlan;
+    return fresh;
+}
+
+}  // namespace
+
+bool needsALeap(const LiveAc& ac) {
+    const PosSample& s1 = ac.stream[0];
+    const PosSample& s2 = ac.stream[1];
+    const f64 told = std::max(s1.speed, s2.speed);
+    const f64 most = told > 0 ? told * kSpeedFactor + kSpeedOnTopKt : kUnknownSpeedKt;
+    return distanceNm(ac.lat, ac.lon, s2.lat, s2.lon) * kTicksPerNmAtOneKnot > most * legTicksLeft(ac);
+}
+
+void startAnew(LiveAc& ac) {
+    lf_leaveStandBehind(ac);
+    ac.stream.erase(ac.stream.begin());
+    ac = lf_freshRecord(ac);
+    ac.lifeState = LifeState::liveryrespawn;
+    if (ac.objectId == 0) return;
+    u32 selected = ac.objectId;
+    gSelectedObject.compare_exchange_strong(selected, 0);
+    gRemovedObjects.push_back(ac.objectId);
+}
+
+}  // namespace hcr

@@ -19,11 +19,14 @@ constexpr f64 kHighAgl = 1000;           // feet; a take-off here doesn't sink b
 constexpr f64 kNeverSinkAgl = 100;       // feet; nobody sinks below without landing
 constexpr f64 kLowestClimbPerCs = 0.2;   // feet per cs, about 1200 feet per minute
 constexpr f64 kMostAhead = 45 * kDegToRad;  // so far the nose may point off the leg towards the next one
-constexpr f64 kCatchUp = 0.1;            // share of a delay that is made good in one leg ...
-constexpr f64 kCatchUpMost = 0.03;       // ... and of the leg's time that this may take
+constexpr f64 kCatchUp = 0.1;           // share of a delay that is made good in one leg ...
+constexpr f64 kCatchUpMost = 0.03;       // ... and of the leg's time that this may take ...
+constexpr f64 kCatchUpMostLate = 0.1;    // ... while the aircraft is so late that it was seen to turn back or wait
+constexpr f64 kVeryLateCs = 1000;
 constexpr f64 kSharpCorner = 20 * kDegToRad;  // from here on a turn isn't spread over the whole leg
-constexpr f64 kCornerRate = 4 * kDegToRad / 100;  // radians per cs of such a turn
-constexpr i32 kLongLegs = 2;             // only a leg so many times as long as the turn is split
+constexpr f64 kCornerRate = 6 * kDegToRad / 100;  // radians per cs of such a turn
+constexpr f64 kLongLegs = 1.25;          // only a leg so many times as long as the turn is split
+constexpr f64 kShortestReplanCs = 100;   // what is left of a leg for a turn of which the report comes in its midst
 constexpr f64 kRateMargin = 1.2;         // a reported climb or descent is followed so much faster than it is told
 constexpr f64 kLowestSinkPerCs = -5000 / 6000.0;  // feet per cs, when no steeper descent is told
 constexpr f64 kNoLongerSinkingVs = 100;  // feet per minute
@@ -152,36 +155,34 @@ void lf_planPitch(LiveAc& ac) {
     ac.dPitch = std::clamp((airPitch(ac.stream[1].vs) - ac.pitch) / legTicksLeft(ac), -limit, limit);
 }
 
-/// Turn of the leg: towards the next leg, but not far from the way that the aircraft goes; while no next leg is known,
-/// along this one.
-f64 lf_turnInAir(const LiveAc& ac) {
-    if (ac.stream.size() < 3) return wrapPi(ac.targetHeading - ac.heading);
-    const f64 ahead = wrapPi(ac.heading + lf_turnAngle(ac) - ac.targetHeading);
+/// Turn of the leg to `target`: towards the leg behind it, but not far from the way that the aircraft goes; while no
+/// such leg is known, along this one.
+f64 lf_turnInAir(const LiveAc& ac, const PosSample& target, const PosSample* next) {
+    f64 ahead = 0;
+    if (next != nullptr) ahead = wrapPi(bearingRad(target.lat, target.lon, next->lat, next->lon) - ac.targetHeading);
     return wrapPi(ac.targetHeading + std::clamp(ahead, -kMostAhead, kMostAhead) - ac.heading);
 }
 
-void lf_planHeadingAndBank(LiveAc& ac) {
-    const PosSample& s2 = ac.stream[1];
-    const f64 dt = legTicksLeft(ac);
+void lf_planHeadingAndBank(LiveAc& ac, const PosSample& target, const PosSample* next, f64 dt) {
     const bool low = ac.agl < (ac.landing ? kHeadingAglLanding : kHeadingAgl);
-    const bool reported = s2.adsb && s2.rollValid && s2.trueHeadingValid && low;
-    const f64 turn = reported ? wrapPi(s2.trueHeading - ac.heading) : lf_turnInAir(ac);
+    const bool reported = target.adsb && target.rollValid && target.trueHeadingValid && low;
+    const f64 turn = reported ? wrapPi(target.trueHeading - ac.heading) : lf_turnInAir(ac, target, next);
     ac.dHeading = turn / dt;
-    if (s2.rollValid) {
+    if (target.rollValid) {
         // A roll is any number that a transponder may send; more than half a turn means the same as less.
-        ac.dBank = (std::remainder(s2.roll, 2 * kPi) - ac.bank) / dt;
+        ac.dBank = (std::remainder(target.roll, 2 * kPi) - ac.bank) / dt;
         return;
     }
     const f64 maxBank = classValue(kMaxBank, ac.acClass), maxRate = classValue(kBankRate, ac.acClass);
-    const f64 target = -std::clamp(turn, -maxBank, maxBank);
-    ac.dBank = std::clamp((target - ac.bank) / dt, -maxRate, maxRate);
+    const f64 wanted = -std::clamp(turn, -maxBank, maxBank);
+    ac.dBank = std::clamp((wanted - ac.bank) / dt, -maxRate, maxRate);
 }
 
 /// The time of a leg, a little shorter or longer so that an aircraft that is late or early comes back to its reports.
 i32 lf_towardsSchedule(const LiveAc& ac, i32 ticks) {
     if (ac.extendCount >= 1) return ticks;
     const f64 late = static_cast<f64>(i64{simTick} + ticks - ac.stream[1].time);
-    const f64 most = ticks * kCatchUpMost;
+    const f64 most = ticks * (late > kVeryLateCs ? kCatchUpMostLate : kCatchUpMost);
     return roundToTicks(ticks - std::clamp(late * kCatchUp, -most, most));
 }
 
@@ -190,12 +191,14 @@ i32 lf_towardsSchedule(const LiveAc& ac, i32 ticks) {
 void lf_splitBehindCorner(LiveAc& ac) {
     if (ac.stream[1].stationary) return;
     const f64 turn = std::abs(wrapPi(ac.targetHeading - ac.heading)) / kCornerRate;
-    if (turn * kCornerRate < kSharpCorner || turn * kLongLegs > legTicksLeft(ac)) return;
+    const f64 leg = legTicksAt(ac, lf_legSpeed(ac));
+    if (turn * kCornerRate < kSharpCorner || turn * kLongLegs > leg) return;
     PosSample here = ac.stream[0];
     here.lat = ac.lat;
     here.lon = ac.lon;
     here.time = simTick;
-    PosSample corner = sampleBetween(here, ac.stream[1], roundToTicks(simTick + turn));
+    const f64 end = std::max<f64>(ac.stream[1].time, simTick + kLongLegs * 100);
+    PosSample corner = sampleBetween(here, ac.stream[1], roundToTicks(simTick + (end - simTick) * turn / leg));
     corner.adsb = corner.rollValid = corner.trueHeadingValid = false;
     ac.stream.insert(ac.stream.begin() + 1, corner);
 }
@@ -232,6 +235,11 @@ void lf_nextPosAir(LiveAc& ac) {
     lf_setArrival(ac, touchingDown ? ticks : lf_towardsSchedule(ac, ticks));
 }
 
+void planTurnAnew(LiveAc& ac) {
+    const f64 left = static_cast<f64>(i64{ac.stream[0].time} - simTick);
+    if (left >= kShortestReplanCs) lf_planHeadingAndBank(ac, ac.stream[0], &ac.stream[1], left);
+}
+
 void lf_airDeltas(LiveAc& ac) {
     if (ac.flightState != FlightState::take_off && ac.flightState != FlightState::flying) {
         setFlightState(ac, FlightState::flying);
@@ -241,7 +249,7 @@ void lf_airDeltas(LiveAc& ac) {
     ac.targetSpeed = ac.stream[1].tas;
     if (ac.flarePhase == 0) lf_planHeight(ac);
     if (ac.flightState != FlightState::take_off) lf_planPitch(ac);
-    lf_planHeadingAndBank(ac);
+    lf_planHeadingAndBank(ac, ac.stream[1], ac.stream.size() < 3 ? nullptr : &ac.stream[2], legTicksLeft(ac));
     if (ac.stream[0].alt < kHighAltitude) {
         lf_lowAltitudeConfig(ac);
     } else {

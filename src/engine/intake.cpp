@@ -96,6 +96,10 @@ void lf_append(LiveAc& ac, PosSample& sample) {
     sample.time = std::max(sample.time, ac.stream.back().time + 1);
     if (!ac.takeOffRun && ac.onGround && ac.lifeState == LifeState::active) lf_startRunOnGround(ac, sample);
     ac.stream.push_back(sample);
+    if (ac.stream.size() == 2 && ac.flightState == FlightState::flying && ac.lifeState == LifeState::active &&
+        !ac.onGround && !sample.stationary) {
+        planTurnAnew(ac);
+    }
     if (ac.stream.size() == 2 && ac.stream[0].stationary && ac.stream[1].stationary) {
         ac.stream[0].time = simTick + 1;
         ac.stream[0].speed = ac.stream[1].speed;

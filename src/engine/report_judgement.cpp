@@ -28,6 +28,7 @@ constexpr i32 kTurnaroundHeavyCs = 360000, kTurnaroundLargeCs = 150000, kTurnaro
 constexpr i32 kTurnStepS = 3;                // a turn back to the reports is flown in steps of so many seconds ...
 constexpr f64 kTurnStepRad = 9 * kDegToRad;  // ... and degrees, at standard rate
 constexpr i32 kTurnSteps = 40;               // a full circle
+constexpr i32 kTurnLateCs = 3000;            // what the turn may cost in time; the limit falls back leg by leg
 constexpr f64 kBesideDeg = 90, kBackwardsDeg = 150;
 constexpr f64 kRunwaySpeedKt = 40;  // a landed aircraft faster than this doesn't speed up
 
@@ -166,6 +167,7 @@ bool lf_reportEmpty(const char* operation) {
 
 /// The extension ends where the aircraft is; from there it flies a turn towards the sample and then straight to it.
 void lf_turnFromHere(LiveAc& ac, const PosSample& sample) {
+    ac.maxLate += kTurnLateCs;
     ac.stream.resize(1);
     PosSample point = ac.stream.front();
     point.lat = ac.lat;
@@ -192,12 +194,12 @@ bool lf_judgeMoving(LiveAc& ac, PosSample& sample) {
     const bool usable = lf_checkGroundSample(ac, sample);
     if (!usable || ac.extendCount <= 0) return usable;
     if (ac.stream.empty()) return lf_reportEmpty("checkExtendingSituations");
+    lf_endExtension(ac);
     if (ac.onGround) {
         ac.stream.front().time = simTick + 1;
     } else {
         lf_turnFromHere(ac, sample);
     }
-    lf_endExtension(ac);
     lf_endHold(ac);
     return true;
 }

@@ -26,6 +26,7 @@ constexpr f64 kVeryLateCs = 1000;
 constexpr f64 kSharpCorner = 20 * kDegToRad;  // from here on a turn isn't spread over the whole leg
 constexpr f64 kCornerRate = 6 * kDegToRad / 100;  // radians per cs of such a turn
 constexpr f64 kLongLegs = 1.25;          // only a leg so many times as long as the turn is split
+constexpr f64 kFastestTurn = 15 * kDegToRad / 100;  // radians per cs; on a very short leg the nose doesn't snap round
 constexpr f64 kShortestReplanCs = 100;   // what is left of a leg for a turn of which the report comes in its midst
 constexpr f64 kRateMargin = 1.2;         // a reported climb or descent is followed so much faster than it is told
 constexpr f64 kLowestSinkPerCs = -5000 / 6000.0;  // feet per cs, when no steeper descent is told
@@ -167,7 +168,7 @@ void lf_planHeadingAndBank(LiveAc& ac, const PosSample& target, const PosSample*
     const bool low = ac.agl < (ac.landing ? kHeadingAglLanding : kHeadingAgl);
     const bool reported = target.adsb && target.rollValid && target.trueHeadingValid && low;
     const f64 turn = reported ? wrapPi(target.trueHeading - ac.heading) : lf_turnInAir(ac, target, next);
-    ac.dHeading = turn / dt;
+    ac.dHeading = std::clamp(turn / dt, -kFastestTurn, kFastestTurn);
     if (target.rollValid) {
         // A roll is any number that a transponder may send; more than half a turn means the same as less.
         ac.dBank = (std::remainder(target.roll, 2 * kPi) - ac.bank) / dt;

@@ -21,6 +21,7 @@ namespace {
 
 // A stop is noticed within this time; close-down grants the readers half a second.
 constexpr i64 kWaitMs = 250;
+constexpr f64 kLongestGapUs = 5e6;  // between two looks at the socket; after a longer one the computer was asleep
 constexpr i64 kEarlierThreadPollMs = 10;
 // Room for a burst of some thousands of lines while the thread doesn't get the processor.
 constexpr i32 kReceiveBufferBytes = 8 * 1024 * 1024;
@@ -101,12 +102,23 @@ void lf_drainSocket(UdpReader& reader, u32 turn) {
     }
 }
 
+/// Throws away what has come while the computer was asleep.
+void lf_passOver(UdpReader& reader) {
+    u32 dropped = reader.droppedBySystem;
+    while (gf_receiveDatagram(reader.socket, reader.buffer.data(), kDatagramLimit, &dropped).bytes >= 0) {
+    }
+}
+
 void lf_receiveLoop(UdpReader& reader, u32 turn) {
+    i64 lookedAt = gf_steadyUs();
     while (!lf_mustLeave(reader, turn)) {
         i32 error = 0;
         const bool readable = gf_waitReadable(reader.socket, kWaitMs, error);
         if (error != 0) throw std::runtime_error(fmt::format("receive error: {}", gf_winsockMessage(error)));
+        const i64 gap = gf_steadyUs() - lookedAt;
+        if (static_cast<f64>(gap) > kLongestGapUs * gf_clockFactor()) lf_passOver(reader);
         if (readable) lf_drainSocket(reader, turn);
+        lookedAt = gf_steadyUs();
     }
 }
 

@@ -199,6 +199,7 @@ bool gf_resetRun() {
                                     &gClearNoMatchCmd}) {
         *flag = false;
     }
+    gLastTickUs = 0;
     gSeconds = 0;
     gFlightStopped = false;
     gNotRunningCycles = 100;

@@ -28,6 +28,7 @@ namespace hcr {
 bool gRestart = false;
 i32 gExitCode = 0;
 bool gProduction = false;
+i64 gLastTickUs = 0;
 u32 gSeconds = 0;
 bool gFlightStopped = false;
 i32 gNotRunningCycles = 100;

@@ -23,6 +23,7 @@ WindowMessage gf_takeWindowMessage(i64 milliseconds);
 extern bool gRestart;        ///< close-down decided on a new run
 extern i32 gExitCode;        ///< of the process
 extern bool gProduction;     ///< --production: the run ends behind the data load
+extern i64 gLastTickUs;      ///< steady time of the last tick, 0 before the first
 extern u32 gSeconds;         ///< seconds since the worker loop began, wraps to 0 at 86400
 extern bool gFlightStopped;  ///< the flight is not running now
 extern i32 gNotRunningCycles;

@@ -18,6 +18,7 @@
 #include "parking/learned.h"
 #include "parking/park_airport.h"
 #include "parking/plan.h"
+#include "platform/clock.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
@@ -37,6 +38,8 @@ constexpr i32 kInRangeTicks = 20;         // status of all AI aircraft, five tim
 constexpr i32 kPositionTicks = 100;       // user's position, once a second
 constexpr i32 kMessageSeconds = 25;       // a message stays this long in its line
 constexpr u32 kSecondsPerDay = 86400;
+constexpr i64 kUsPerSecond = 1'000'000;
+constexpr f64 kLongestGapUs = 5e6;  // between two cycles; a longer one is a pause
 
 WindowText gCallsigns;  // written by the run thread, read by the window's selector
 
@@ -209,6 +212,19 @@ void lf_countDownRenewal() {
     if (!gStands.empty() && !INITIAL_LOAD_ONLY.current && !gRenewalRunning && !gRenewStatics) lf_announceRenewal();
 }
 
+/// A computer that was asleep, or a program that was halted: as in a pause of the flight, traffic stands where it was,
+/// and what was received before is too old to be shown now.
+void lf_noticeGap() {
+    const i64 now = gf_steadyUs();
+    const i64 gap = gLastTickUs == 0 ? 0 : now - gLastTickUs;
+    gLastTickUs = now;
+    if (static_cast<f64>(gap) <= kLongestGapUs * gf_clockFactor()) return;
+    gf_log(fmt::format("{} No cycle for {} seconds, what was received before is dropped", gf_timeOfDay(),
+                       gap / kUsPerSecond));
+    const std::lock_guard lock(gReportMutex);
+    gReports.clear();
+}
+
 void lf_everyFifthSecond() {
     gf_handPositionToDecoder();
     if (gFeedClock) gf_sendQs123(gSimTime);
@@ -224,6 +240,7 @@ std::string gf_callsignList() {
 }
 
 bool gf_tick() {
+    lf_noticeGap();
     if (!gFlightRunning || gRequestError) {
         gf_flightNotRunning();
         return !gf_stopAsked();

@@ -90,8 +90,7 @@ void lf_resumeAfterStop() {
     if (!gFlightStopped) return;
     gFlightStopped = false;
     gf_log(fmt::format("{} Flight resumed", gf_timeOfDay()));
-    const std::lock_guard lock(gReportMutex);
-    gAcceptReports = true;
+    gf_wantReports(true);
 }
 
 void lf_ageMessage() {
@@ -200,13 +199,12 @@ void lf_announceRenewal() {
 }
 
 void lf_countDownRenewal() {
-    if (--gRenewalMinutes > 0) {
-        gWindow.minutesToRenewal = gRenewalMinutes;
-        return;
-    }
-    gRenewalMinutes = kMinutesBetweenRenewals;
+    const bool due = --gRenewalMinutes < 1;
+    if (due) gRenewalMinutes = kMinutesBetweenRenewals;
     gWindow.minutesToRenewal = gRenewalMinutes;
-    if (!gStands.empty() && !INITIAL_LOAD_ONLY.current && !gRenewalRunning && !gRenewStatics) lf_announceRenewal();
+    gf_repaint(Band::parking);
+    if (!due || gStands.empty()) return;
+    if (!INITIAL_LOAD_ONLY.current && !gRenewalRunning && !gRenewStatics) lf_announceRenewal();
 }
 
 void lf_everyFifthSecond() {
@@ -229,7 +227,7 @@ bool gf_tick() {
         return !gf_stopAsked();
     }
     lf_handleAddingStack();
-    if (!gSecondPulse.exchange(false)) return true;
+    if (!gSecondPulse.exchange(false)) return !gf_stopAsked();  // a silent simulator gives no pulse
     gf_everySecond();
     if (gf_stopAsked()) return false;
     if (gSeconds % 5 == 0) {
@@ -294,10 +292,7 @@ void gf_every15Seconds() {
 
 void gf_flightNotRunning() {
     if (!gFlightStopped) {
-        {
-            const std::lock_guard lock(gReportMutex);
-            gAcceptReports = false;
-        }
+        gf_wantReports(false);
         gFlightStopped = true;
         gNotRunningCycles = 100;
         gf_clearPositionBuffers();

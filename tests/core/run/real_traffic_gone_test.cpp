@@ -112,8 +112,10 @@ TEST(RealTrafficGone, EachLiveAircraftLeavesTheSimulatorAndTrafficComesBackWithR
     ASSERT_EQ(Sky::active(), std::size_t{kAircraft});
     std::set<u32> objects;
     for (const LiveAc& ac : gLiveAcs) objects.insert(ac.objectId);
-    sky.aircraft += 6;  // the last ones are on every stage of their way into the simulator
-    sky.run(30);
+    sky.aircraft += 6;  // these are on every stage of their way into the simulator when RealTraffic goes
+    sky.run(16);
+    sky.aircraft += 6;
+    sky.run(14);
     EXPECT_EQ(gf_snapshot().size(), gLiveAcs.size());
 
     gf_closeSocket(sky.peer);

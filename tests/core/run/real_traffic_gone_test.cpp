@@ -61,7 +61,6 @@ struct ConnectedSky : Sky {
         connect();
         EXPECT_TRUE(waitForClient());
         gWindow.rtConnected = true;
-        gWindow.trafficLamp = gWindow.weatherLamp = 1;
         gf_wantReports(true);
     }
     ~ConnectedSky() {
@@ -118,6 +117,7 @@ TEST(RealTrafficGone, EachLiveAircraftLeavesTheSimulatorAndTrafficComesBackWithR
     sky.run(14);
     EXPECT_EQ(gf_snapshot().size(), gLiveAcs.size());
 
+    gWindow.trafficLamp = gWindow.weatherLamp = 1;
     gf_closeSocket(sky.peer);
     sky.run(4);
     ASSERT_FALSE(gConnected);

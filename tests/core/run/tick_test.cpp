@@ -6,6 +6,7 @@
 #include "core/run/worker.h"
 #include "feed/traffic_reader.h"
 #include "parking/plan.h"
+#include "shell/parameters.h"
 #include "shell/window_state.h"
 #include "support/data_folder.h"
 #include "support/world.h"
@@ -35,6 +36,7 @@ TEST(Renewal, CollectsCallsignsForFifteenSecondsAlsoWhenNothingIsToBeRenewed) {
 TEST(Renewal, TheMinutesLeftAreShownAsTheyPass) {
     const test::DataFolder folder;
     test::resetProgram();
+    AUTO_RANGE.current = false;
     gSeconds = 60;
     const u64 repaints = gf_repaintCount();
     gf_every15Seconds();

@@ -98,16 +98,22 @@ void lf_onStaticData(const SimMessage& message) {
     ac->groundPitch = usable ? message.b : kUsualGroundPitch;
 }
 
-void lf_createRefused(u32 hexid) {
-    if (hexid > kLastStaticId) {
-        if (LiveAc* ac = findLiveByHexid(hexid)) {
-            gf_onCreateFailed(*ac);
-            lf_eraseBySwap(gLiveAcs, ac);
-        }
-    } else if (ParkedAc* parked = findParkedByHexid(hexid)) {
-        gf_onCreateFailed(*parked);
-        lf_eraseBySwap(gParkedAcs, parked);
+/// The record of an object that will never be. A live one frees its stand for the next.
+void lf_dropUncreated(u32 hexid) {
+    if (hexid <= kLastStaticId) {
+        if (ParkedAc* parked = findParkedByHexid(hexid)) lf_eraseBySwap(gParkedAcs, parked);
+    } else if (LiveAc* ac = findLiveByHexid(hexid)) {
+        ParkPos* stand = ac->standId != 0 ? findStand(ac->standId) : nullptr;
+        if (stand != nullptr) stand->takenByLive = false;
+        lf_eraseBySwap(gLiveAcs, ac);
     }
+}
+
+void lf_createRefused(u32 hexid) {
+    const ParkedAc* ac = hexid > kLastStaticId ? findLiveByHexid(hexid) : findParkedByHexid(hexid);
+    if (ac == nullptr) return;
+    gf_onCreateFailed(*ac);
+    lf_dropUncreated(hexid);
 }
 
 void lf_handle(const SimMessage& message) {
@@ -131,6 +137,9 @@ void lf_handle(const SimMessage& message) {
             break;
         case SimKind::createRefused:
             lf_createRefused(message.id);
+            break;
+        case SimKind::noRoom:
+            lf_dropUncreated(message.id);  // its next report begins anew, and may find room
             break;
     }
 }

@@ -36,16 +36,19 @@ std::atomic<bool> gWaitingForRt{true};
 
 namespace {
 
-constexpr i64 kStopPollMs = 200;       // how long a stop of the run may go unnoticed in a wait
+constexpr i64 kStopPollMs = 100;       // a stop of the run is seen in every wait within 200 ms
 constexpr i64 kSendLimitMs = 1000;     // a peer that takes nothing for so long has gone; the worker stands meanwhile
 constexpr i64 kReplyLimitMs = 30'000;  // for the answer to the version question
 constexpr std::size_t kReplyBytes = 16384;
 constexpr i32 kWouldBlock = 10035;
 constexpr i32 kTimedOut = 10060;
+constexpr i32 kAborted = 10053, kReset = 10054;
 constexpr i64 kMillisecondsPerSecond = 1000;
 
 bool gSocketsStarted = false;
 std::atomic<u16> gBoundServerPort{0};
+bool gReportsWanted = false;  // the run's wish; gAcceptReports is what comes of it
+std::string gAwayText;        // what the message line says while RealTraffic is away
 
 void lf_closeServer() {
     gf_closeSocket(gClientSocket);
@@ -89,20 +92,87 @@ void lf_lightLamp(bool on) {
     gf_repaint(Band::realTraffic);
 }
 
+enum class Client { live, gone, failed };
+
+// Left by who connected and closed again while nobody accepted.
+bool lf_hasClosed(Socket client) {
+    i32 error = 0;
+    char byte = 0;
+    return gf_waitReadable(client, 0, error) && gf_peek(client, &byte, 1).bytes <= 0;
+}
+
+Client lf_accept() {
+    i32 error = 0;
+    Socket accepted = gf_accept(gListenSocket, error);
+    if (!accepted.valid()) return error == kAborted || error == kReset ? Client::gone : Client::failed;
+    if (lf_hasClosed(accepted)) {
+        gf_closeSocket(accepted);
+        return Client::gone;
+    }
+    error = gf_setNoDelay(accepted);
+    // Sends and receives wait by themselves, so that neither can hold the worker for ever.
+    if (error == 0) error = gf_setBlocking(accepted, false);
+    if (error != 0) {
+        gf_log(fmt::format("waitForClient interrupted: {} setsockopt failed with error {}", gf_timeOfDay(),
+                           gf_winsockMessage(error)));
+        gf_closeSocket(accepted);
+        return Client::failed;
+    }
+    gf_closeSocket(gClientSocket);
+    gClientSocket = accepted;
+    gConnected = true;
+    return Client::live;
+}
+
+// Takes the first live one of the clients that are waiting now.
+bool lf_acceptWaiting() {
+    i32 error = 0;
+    Client client = Client::gone;
+    while (client == Client::gone && gf_waitReadable(gListenSocket, 0, error)) client = lf_accept();
+    return client == Client::live;
+}
+
 // Nobody tells where the aircraft are any more.
 void lf_removeAllLive() {
     for (LiveAc& ac : gLiveAcs) {
-        const bool beingAdded = ac.lifeState == LifeState::adding2sim && !ac.removeWhenCreated;
-        if (ac.lifeState == LifeState::active || beingAdded) removeAircraftFromSim(ac);
+        if (ac.lifeState != LifeState::removingfromsim && !ac.removeWhenCreated) removeAircraftFromSim(ac);
     }
-    std::erase_if(gLiveAcs, [](const LiveAc& ac) { return ac.erase; });
+    std::erase_if(gLiveAcs, [](const LiveAc& ac) { return ac.erase || ac.eraseLive; });
+}
+
+void lf_settleGate() {
+    const std::lock_guard lock(gReportMutex);
+    gAcceptReports = gReportsWanted && !gf_realTrafficAway();
+}
+
+// What has come in would be played half a minute later, when nobody tells any more how it goes on.
+void lf_dropReports() {
+    const std::lock_guard lock(gReportMutex);
+    gReports.clear();
 }
 
 void lf_realTrafficGone() {
     lf_lightLamp(false);
+    lf_settleGate();
+    lf_dropReports();
     if (!gUserStop) lf_removeAllLive();
     gf_resetFeed();
-    gf_showMessage(fmt::format("{} RealTraffic gone? Wait for RealTraffic to re-connect ...", gf_timeOfDay()), true);
+    gf_showFeedSilent();
+    gAwayText = fmt::format("{} RealTraffic gone? Wait for RealTraffic to re-connect ...", gf_timeOfDay());
+    gf_showMessage(gAwayText, true);
+}
+
+void lf_lookForReturn() {
+    if (gf_stopAsked() || !gListenSocket.valid()) return;
+    if (!lf_acceptWaiting()) {
+        if (gf_currentMessage().empty()) gf_showMessage(gAwayText, false);  // others stay for their time
+        return;
+    }
+    gWaitingForRt = false;
+    lf_settleGate();
+    lf_lightLamp(true);
+    gf_log(fmt::format("{} RealTraffic re-connected", gf_timeOfDay()));
+    gf_clearMessage();
 }
 
 // A double as "{}" shows it in the standard's formatting: fixed or with exponent, whichever is shorter.
@@ -125,21 +195,6 @@ std::string lf_positionText(const UserAircraftData& user) {
                        lf_shortest(user.groundSpeed * kThousandths), user.lat * kDegToRad, user.lon * kDegToRad);
 }
 
-/// Nobody takes reports while the worker waits, which may be for hours, and at the end those that came are old.
-bool lf_waitForReturn() {
-    if (!gListenSocket.valid()) return false;
-    bool accepting = false;
-    {
-        const std::lock_guard lock(gReportMutex);
-        accepting = std::exchange(gAcceptReports, false);
-    }
-    const bool connected = waitForClient();
-    const std::lock_guard lock(gReportMutex);
-    gReports.clear();
-    gAcceptReports = accepting;
-    return connected;
-}
-
 void lf_noFeedClock() {
     gFeedClock = false;
     gWindow.rtVersionText.set("");
@@ -156,7 +211,12 @@ void gf_startServer(const std::string& port) {
     gSocketsStarted = true;
     u16 number = 0;
     i32 error = gf_resolvePort(port, number);
-    if (error != 0) lf_serverFailed(fmt::format("getaddrinfo failed with error {}", error));
+    if (error != 0) {
+        lf_serverFailed(
+            fmt::format("getaddrinfo failed with error {}: the setting {} is '{}', it must be a TCP port from "
+                        "1 to 65535",
+                        error, PORT_NUMBER.name, port));
+    }
     gListenSocket = gf_openTcp(error);
     if (!gListenSocket.valid()) lf_serverFailed("socket failed with error " + gf_winsockMessage(error));
     error = gf_setBlocking(gListenSocket, true);
@@ -177,25 +237,25 @@ u16 gf_serverPort() {
 
 bool waitForClient() {
     if (gConnected || !gListenSocket.valid()) return false;
-    i32 error = 0;
-    while (!gf_waitReadable(gListenSocket, kStopPollMs, error)) {
-        if (error != 0 || gf_stopAsked()) return false;
+    while (!gf_stopAsked()) {
+        i32 error = 0;
+        if (gf_waitReadable(gListenSocket, kStopPollMs, error)) {
+            const Client client = lf_accept();
+            if (client != Client::gone) return client == Client::live;
+        } else if (error != 0) {
+            return false;
+        }
     }
-    const Socket accepted = gf_accept(gListenSocket, error);
-    if (!accepted.valid()) return false;
-    gf_closeSocket(gClientSocket);
-    gClientSocket = accepted;
-    error = gf_setNoDelay(gClientSocket);
-    // Sends and receives wait by themselves, so that neither can hold the worker for ever.
-    if (error == 0) error = gf_setBlocking(gClientSocket, false);
-    if (error != 0) {
-        gf_log(fmt::format("waitForClient interrupted: {} setsockopt failed with error {}", gf_timeOfDay(),
-                           gf_winsockMessage(error)));
-        gf_closeSocket(gClientSocket);
-        return false;
-    }
-    gConnected = true;
-    return true;
+    return false;
+}
+
+bool gf_realTrafficAway() {
+    return gListenSocket.valid() && !gConnected;
+}
+
+void gf_wantReports(bool wanted) {
+    gReportsWanted = wanted;
+    lf_settleGate();
 }
 
 bool sendDataPacket(std::string_view text) {
@@ -227,7 +287,8 @@ std::string gf_receiveFromRt() {
 
 void lf_waitForRealTraffic() {
     if (!gRtOnThisPc) return;
-    gf_showMessage(fmt::format("Waiting for RealTraffic to connect to {} ...", kProgramName), true);
+    gAwayText = fmt::format("Waiting for RealTraffic to connect to {} ...", kProgramName);
+    gf_showMessage(gAwayText, true);
     gf_logFlush();
     gf_resetFeed();
     if (waitForClient()) {
@@ -267,11 +328,7 @@ void gf_sendQs121() {
     const UserAircraftData user = gf_lastUserPosition();
     if (!positionKnown(user.lat, user.lon) || !lf_finite(user)) return;
     if (!gConnected) {
-        if (!gf_stopAsked() && lf_waitForReturn()) {
-            lf_lightLamp(true);
-            gf_log(fmt::format("{} RealTraffic re-connected", gf_timeOfDay()));
-            gf_clearMessage();
-        }
+        lf_lookForReturn();
         return;
     }
     if (!sendDataPacket(lf_positionText(user))) lf_realTrafficGone();

@@ -20,7 +20,7 @@ namespace hcr {
 namespace {
 
 // A stop is noticed within this time; close-down grants the readers half a second.
-constexpr i64 kWaitMs = 250;
+constexpr i64 kWaitMs = 100;
 constexpr f64 kLongestGapUs = 5e6;  // between two looks at the socket; after a longer one the computer was asleep
 constexpr i64 kEarlierThreadPollMs = 10;
 // Room for a burst of some thousands of lines while the thread doesn't get the processor.
@@ -67,7 +67,8 @@ void lf_bind(UdpReader& reader) {
     gf_setBlocking(reader.socket, false);  // a datagram with a wrong checksum can vanish behind the wait
     error = gf_bindSocket(reader.socket, reader.port, gRtOnThisPc);
     if (error != 0) {
-        throw std::runtime_error(fmt::format("bind to stream socket failed, error: {}", gf_winsockMessage(error)));
+        throw std::runtime_error(fmt::format("bind to stream socket failed, error: {} (UDP port {})",
+                                             gf_winsockMessage(error), reader.port));
     }
 }
 
@@ -185,11 +186,23 @@ void gf_checkReaders() {
     gf_repaint(Band::realTraffic);
 }
 
+void gf_showFeedSilent() {
+    for (UdpReader* reader : {static_cast<UdpReader*>(&gTrafficReader), static_cast<UdpReader*>(&gQnhReader)}) {
+        i32 receiving = kLampReceiving;
+        lf_lamp(*reader).compare_exchange_strong(receiving, kLampSilent);
+    }
+    gf_repaint(Band::realTraffic);
+}
+
 void gf_resetFeed() {
     constexpr i32 kStandardQnh = 1013;
     gTrafficReader.qnh = kStandardQnh;
     gQnhReader.lastQnh = kStandardQnh;
     gQnh = kStandardQnh;
+    if (gWindow.qnh != 0) {  // before the first weather nothing is shown
+        gWindow.qnh = kStandardQnh;
+        gf_repaint(Band::realTraffic);
+    }
     gLastTimestamp = 0;
     {
         const std::lock_guard lock(gTrafficReader.callsignMutex);

@@ -43,6 +43,8 @@ void lf_readerThread(UdpReader& reader);
 void gf_readerFailed(const char* name, const std::string& text);
 /// The lamp check. Worker.
 void gf_checkReaders();
+/// The lamps go from receiving to silent; RealTraffic has gone, and until it is back nobody checks them. Worker.
+void gf_showFeedSilent();
 /// QNH, timestamp, collected callsigns, stop flags and the lamps' alive marks back to the start. Run thread.
 void gf_resetFeed();
 /// Ports other than the real ones, for tests and for several sandboxes on one machine; 0 = the real one. While no

@@ -20,7 +20,7 @@ struct ScanQueue {
 
 namespace {
 
-constexpr std::chrono::milliseconds kPatience{500};  // leaves the rest of a second to the others who answer a stop
+constexpr std::chrono::milliseconds kPatience{100};  // a stop is answered within 200 ms
 
 /// Workers of pools that have ended before them. Run thread.
 struct LeftBehind {

@@ -87,6 +87,7 @@ void gf_saveStaticParked() {}
 void gf_cancelPlanOf(u32 standId) {
     if (std::erase_if(gParkPlanQueue, [standId](const ParkPlanEntry& entry) { return entry.standId == standId; }) > 0) {
         gWindow.queuedStatics = gParkPlanQueue.size();
+        gf_repaint(Band::parking);
     }
 }
 

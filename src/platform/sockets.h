@@ -52,6 +52,8 @@ i32 gf_connect(Socket s, const std::string& host, u16 port);
 SocketResult gf_send(Socket s, std::string_view data);
 SocketResult gf_sendTo(Socket s, std::string_view data, const std::string& ipv4, u16 port);
 SocketResult gf_receive(Socket s, char* buffer, i64 size);
+/// Like gf_receive, but what was read stays there for the next receive.
+SocketResult gf_peek(Socket s, char* buffer, i64 size);
 /// One datagram. `dropped`, when not null, receives the running count of datagrams that the system threw away on this
 /// socket; it is left alone where the system doesn't tell.
 SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32* dropped = nullptr);

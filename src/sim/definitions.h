@@ -28,6 +28,7 @@ enum SimRequest : u32 {
     kReqOnGround = 108,
     kReqUserPosition = 109,
     kReqFlightPlan = 110,
+    kReqHelicoptersInRange = 111,
 };
 
 enum SimSystemEvent : u32 {

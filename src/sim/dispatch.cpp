@@ -77,17 +77,17 @@ void lf_onOpen(const SIMCONNECT_RECV_OPEN& open) {
     gf_repaint(Band::simulator);
 }
 
-/// A create call that the simulator refuses, most of all for its title.
-void lf_onCreateRefused(u32 packetId) {
-    const auto refused = std::find_if(gPendingCreates.begin(), gPendingCreates.end(),
-                                      [packetId](const PendingCreate& create) { return create.packetId == packetId; });
-    if (refused == gPendingCreates.end()) return;
-    const PendingCreate create = gf_takePendingCreate(refused);
+/// A create call that the simulator doesn't carry out, for its title (createRefused) or for want of room (noRoom).
+void lf_onCreateFailed(u32 packetId, SimKind kind) {
+    const auto failed = std::find_if(gPendingCreates.begin(), gPendingCreates.end(),
+                                     [packetId](const PendingCreate& create) { return create.packetId == packetId; });
+    if (packetId == 0 || failed == gPendingCreates.end()) return;
+    const PendingCreate create = gf_takePendingCreate(failed);
     if (create.hexid == 0) return;
-    ++gSimTraffic.refused;
+    if (kind == SimKind::createRefused) ++gSimTraffic.refused;
     SimMessage news;
     news.id = create.hexid;
-    news.kind = SimKind::createRefused;
+    news.kind = kind;
     gf_pushSimMessage(news);
 }
 
@@ -103,12 +103,13 @@ void lf_onException(const SIMCONNECT_RECV_EXCEPTION& exception) {
         }
         case SIMCONNECT_EXCEPTION_TOO_MANY_OBJECTS:
             gf_showMessage("SimConnect: too many objects (max 1000)", true);
+            lf_onCreateFailed(exception.dwSendID, SimKind::noRoom);
             break;
         case SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE:
             gf_log("SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE");
             break;
         case SIMCONNECT_EXCEPTION_CREATE_OBJECT_FAILED:
-            lf_onCreateRefused(exception.dwSendID);
+            lf_onCreateFailed(exception.dwSendID, SimKind::createRefused);
             break;
         case SIMCONNECT_EXCEPTION_LOAD_FLIGHTPLAN_FAILED:
             gf_logError("SimConnect exception: load flight plan failed");
@@ -139,7 +140,8 @@ void lf_onEvent(const SIMCONNECT_RECV_EVENT& event) {
 }
 
 void lf_onAddRemove(const SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE& event) {
-    if (event.eObjType != SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT) return;
+    const u32 type = event.eObjType;
+    if (type != SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT && type != SIMCONNECT_SIMOBJECT_TYPE_HELICOPTER) return;
     if (event.uEventID == kEventObjectAdded) gf_onObjectAdded(event.dwData);
     if (event.uEventID == kEventObjectRemoved) gf_onObjectRemoved(event.dwData);
 }

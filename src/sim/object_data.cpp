@@ -212,7 +212,7 @@ void gf_onObjectData(const SIMCONNECT_RECV_SIMOBJECT_DATA& message, u32 size) {
 }
 
 void gf_onObjectDataByType(const SIMCONNECT_RECV_SIMOBJECT_DATA& message, u32 size) {
-    if (message.dwRequestID != kReqInRange) return;
+    if (message.dwRequestID != kReqInRange && message.dwRequestID != kReqHelicoptersInRange) return;
     const u32 objectId = message.dwObjectID;
     if (objectId <= gUserObjectId) return;
     const auto status = lf_record<AiStatusData>(message, size);

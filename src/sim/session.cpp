@@ -51,6 +51,15 @@ void lf_requestData(u32 request, u32 definition, u32 object, u32 period, std::st
     }
 }
 
+/// One request by type; gSimMutex is held by the caller.
+void lf_requestInRange(u32 request, u32 radiusMetres, u32 objectType) {
+    if (!lf_mayRequest()) return;
+    if (gSimPort.SimConnect_RequestDataOnSimObjectType(gSimHandle, request, kDefAiStatus, radiusMetres, objectType) <
+        0) {
+        lf_requestFailed("SimConnect request ac within range fails");
+    }
+}
+
 }  // namespace
 
 void gf_storeUserPosition(const UserAircraftData& position) {
@@ -89,11 +98,8 @@ void gf_requestUserOnGround() {
 void gf_requestAircraftInRange() {
     const u32 radius = gf_rangeMetres();
     const std::lock_guard lock(gSimMutex);
-    if (!lf_mayRequest()) return;
-    if (gSimPort.SimConnect_RequestDataOnSimObjectType(gSimHandle, kReqInRange, kDefAiStatus, radius,
-                                                       SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT) < 0) {
-        lf_requestFailed("SimConnect request ac within range fails");
-    }
+    lf_requestInRange(kReqInRange, radius, SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT);
+    lf_requestInRange(kReqHelicoptersInRange, radius, SIMCONNECT_SIMOBJECT_TYPE_HELICOPTER);
 }
 
 void gf_requestStaticData(u32 objectId) {

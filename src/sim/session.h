@@ -45,7 +45,8 @@ void gf_storeUserPosition(const UserAircraftData& position);
 void gf_requestUserIdentity();
 /// Request 108, once a second from now on; the reply drives gSecondPulse. Worker.
 void gf_requestUserOnGround();
-/// Request 101: all aircraft within the range of the moment. Worker, every 20th tick.
+/// Requests 101 and 111: all aircraft within the range of the moment, helicopters being a type of their own. Worker,
+/// every 20th tick.
 void gf_requestAircraftInRange();
 /// Request 102 for a new AI object. Worker.
 void gf_requestStaticData(u32 objectId);

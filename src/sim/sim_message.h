@@ -15,6 +15,7 @@ enum class SimKind : u32 {
     aiStatus = 3,       ///< object, id = on ground 0/1, a = ground altitude in feet, b = height above ground in feet
     staticData = 4,     ///< object, a = static CG to ground in feet, b = static pitch in radians
     createRefused = 6,  ///< id = hexid
+    noRoom = 7,         ///< id = hexid; the simulator has too many objects, which is no fault of the title
 };
 
 /// News from the simulator thread to the worker.

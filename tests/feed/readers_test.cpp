@@ -99,8 +99,10 @@ TEST_F(Readers, APortInUseStopsTheRun) {
     ASSERT_EQ(gf_bindSocket(squatter, gQnhReader.port, true), 0);
     lf_readerThread(gQnhReader);
     gf_closeSocket(squatter);
-    const std::string text =
-        "The QNH Reader has stopped with error: bind to stream socket failed, error: 10048 Address already in use";
+    const std::string text = fmt::format(
+        "The QNH Reader has stopped with error: bind to stream socket failed, error: 10048 Address already in use (UDP "
+        "port {})",
+        gQnhReader.port);
     EXPECT_EQ(gWindow.fatalMessage, text);
     EXPECT_TRUE(logged(text));
     EXPECT_TRUE(logged("          QNH Reader disconnected\n"));
@@ -217,7 +219,10 @@ TEST_F(Qnh, TheResetPutsTheFeedBackToItsStart) {
     gTrafficReader.stop = gQnhReader.stop = true;
     gQnhReader.packetCount = gTrafficReader.packetCount = 7;
     gTrafficReader.alive = gQnhReader.alive = false;
+    const u64 repaints = gf_repaintCount();
     gf_resetFeed();
+    EXPECT_EQ(gWindow.qnh, 1013);
+    EXPECT_GT(gf_repaintCount(), repaints);
     EXPECT_EQ(gTrafficReader.qnh, 1013);
     EXPECT_EQ(gQnhReader.lastQnh, 1013);
     EXPECT_EQ(gLastTimestamp, 0);

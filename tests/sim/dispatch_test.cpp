@@ -170,16 +170,21 @@ TEST_F(Dispatch, ExceptionsAreTold) {
 }
 
 TEST_F(Dispatch, ARefusedCreationIsReportedOnceByItsPacket) {
-    gPendingCreates = {{41, 4740001, "KLM1"}, {42, 17, "KLM2*"}, {43, 4740003, "KLM3"}};
-    dispatchException(22, 99);
-    EXPECT_EQ(gPendingCreates.size(), 3U);
+    gPendingCreates = {{41, 4740001, "KLM1"}, {42, 17, "KLM2*"}, {0, 4740004, "KLM4"}, {43, 4740003, "KLM3"}};
+    for (const u32 code : {22U, 11U}) {
+        for (const u32 packet : {99U, 0U}) dispatchException(code, packet);
+    }
+    EXPECT_EQ(gPendingCreates.size(), 4U);
     EXPECT_TRUE(takeNews().empty());
     dispatchException(22, 41);
     dispatchException(22, 41);
+    dispatchException(11, 42);
     const auto news = takeNews();
-    ASSERT_EQ(news.size(), 1U);
+    ASSERT_EQ(news.size(), 2U);
     EXPECT_EQ(news[0].kind, SimKind::createRefused);
     EXPECT_EQ(news[0].id, 4740001U);
+    EXPECT_EQ(news[1].kind, SimKind::noRoom);
+    EXPECT_EQ(news[1].id, 17U);
     ASSERT_EQ(gPendingCreates.size(), 2U);
     EXPECT_EQ(gPendingCreates[0].callsign, "KLM3");
 }

@@ -87,8 +87,9 @@ TEST_F(Session, RequestsGoOutWithTheirNumbersAndAFailureIsTold) {
     gf_fetchUserPosition();
     gf_requestStaticData(77);
     gf_requestAircraftInRange();
-    EXPECT_EQ(takeCalls(), (Calls{"Request 106 407 0 1", "Request 107 408 0 1", "Request 108 409 0 4",
-                                  "Request 109 403 0 1", "Request 102 405 77 1", "RequestType 101 404 2"}));
+    EXPECT_EQ(takeCalls(),
+              (Calls{"Request 106 407 0 1", "Request 107 408 0 1", "Request 108 409 0 4", "Request 109 403 0 1",
+                     "Request 102 405 77 1", "RequestType 101 404 2", "RequestType 111 404 3"}));
     struct Row {
         void (*request)();
         const char* line;

@@ -87,6 +87,23 @@ TEST(Threads, WhenTheSimulatorEndsTheProgramEnds) {
     EXPECT_NE(live.log().find("Exiting: SIM WAS CLOSED"), std::string::npos);
 }
 
+TEST(Threads, NewSettingsDuringTheLoadBeginANewRunAndAClosedWindowEndsTheCountdown) {
+    LiveRunOptions options;
+    options.beforeStart = [] { gf_requestStop(ExitReason::newSettings, 2); };
+    LiveRun live(std::move(options));
+    ASSERT_EQ(live.awaitMessage(), WindowMessage::startRun) << live.log();
+    EXPECT_NE(live.log().find("Exiting: NEW SETTINGS"), std::string::npos);
+    EXPECT_EQ(live.log().find("Traffic Reader connected"), std::string::npos);
+    live.startRun();
+    ASSERT_TRUE(live.untilLogged("Traffic Reader connected"));
+    constexpr i32 kLongSeconds = 100'000;
+    gf_requestStop(ExitReason::newSettings, kLongSeconds);
+    ASSERT_TRUE(live.until([] { return gf_currentMessage().starts_with("Restarting after"); }));
+    live.close();
+    EXPECT_EQ(live.awaitMessage(), WindowMessage::endProgram);
+    EXPECT_EQ(countOf(live.log(), "Restart countdown finished"), 1U);
+}
+
 TEST(Threads, AFailedSimulatorCallCountsDownToANewRunThatFliesAgain) {
     LiveRunOptions options;
     options.beforeStart = [] { SCAN_AIRPORTS.current = true; };

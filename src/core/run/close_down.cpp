@@ -1,10 +1,12 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "core/run/run.h"
+#include "core/run/snapshot.h"
 #include "core/run/worker.h"
 #include "feed/control_channel.h"
 #include "feed/qnh_reader.h"
@@ -31,24 +33,33 @@ namespace hcr {
 namespace {
 
 constexpr i64 kReadersEndMs = 500;
-constexpr i64 kUserPollMs = 500;
+constexpr i64 kPollMs = 100;  // who waits here looks so often whether it is still worth while
 constexpr i64 kNewFlightWaitMs = 10'000;
 constexpr i64 kSecondMs = 1'000;
 
-void lf_closeTheGate() {
-    const std::lock_guard lock(gReportMutex);
-    gAcceptReports = false;
+/// Sleeps so long, or until `ended` holds; whether it does.
+template <typename Condition>
+bool lf_sleepUnless(i64 milliseconds, Condition ended) {
+    for (i64 left = milliseconds; left > 0; left -= kPollMs) {
+        if (ended()) return true;
+        gf_sleepMs(std::min(left, kPollMs));
+    }
+    return ended();
+}
+
+bool lf_closedByUser() {
+    return gUserStop;
 }
 
 void lf_stopReaders() {
     gTrafficReader.stop = true;
     gQnhReader.stop = true;
-    gf_sleepMs(kReadersEndMs);
+    lf_sleepUnless(kReadersEndMs, gf_readersEnded);
 }
 
 /// An error stays on the screen until the user has read it and closes the window or puts it right.
 void lf_waitForUserAfterError() {
-    while (!gUserStop && gExitReason == ExitReason::systemError) gf_sleepMs(kUserPollMs);
+    while (!gUserStop && gExitReason == ExitReason::systemError) gf_sleepMs(kPollMs);
     if (gUserStop) gf_showMessage(fmt::format("User closed {}", kProgramName), true);
 }
 
@@ -93,7 +104,7 @@ bool lf_restartsAfter(ExitReason reason) {
 void lf_waitAfterNewFlight() {
     gf_showMessage(fmt::format("New flight detected, {} will close, please restart manually ...", kProgramName), false);
     gf_log(fmt::format("New flight detected, {} will close, please restart manually ...", kProgramName));
-    for (i64 waited = 0; waited < kNewFlightWaitMs && !gUserStop; waited += kUserPollMs) gf_sleepMs(kUserPollMs);
+    lf_sleepUnless(kNewFlightWaitMs, lf_closedByUser);
 }
 
 void lf_prepareRestart(ExitReason reason) {
@@ -113,8 +124,9 @@ void lf_closingSteps() {
     ExitReason reason = gExitReason;
     const char* text = gf_exitReasonText(reason);
     gf_log(fmt::format("Exiting: {}", text));
-    lf_closeTheGate();
+    gf_wantReports(false);
     gf_joinSimClient();
+    gf_forgetSnapshot();  // its aircraft went with the session
     lf_stopReaders();
     gf_closeControlChannel();
     if (reason == ExitReason::systemError) {
@@ -160,8 +172,7 @@ void gf_showRestartCountdown() {
     gf_log(std::string(48, '-'));
     for (i32 left = seconds; left >= 1; --left) {
         gf_showMessage(fmt::format("Restarting after {} second{}", left, gf_plural(static_cast<u64>(left))), false);
-        if (gUserStop) return;
-        gf_sleepMs(kSecondMs);
+        if (lf_sleepUnless(kSecondMs, lf_closedByUser)) return;
     }
     gf_log("Restart countdown finished");
 }
@@ -181,8 +192,9 @@ bool gf_resetRun() {
     }
     gParkAirport = {};
     gSelectedStand.clear();
-    lf_closeTheGate();
+    gf_wantReports(false);
     gf_clearTables();
+    gf_forgetSnapshot();
     noMatchAircraft.clear();
     failedTitles.clear();
     failedModels.clear();

@@ -89,6 +89,16 @@ void lf_lookForRealTraffic() {
     gf_showMessage(fmt::format("RealTraffic {}detected at this PC", gRtOnThisPc ? "" : "not "), true);
 }
 
+bool gUpdateCut = false;  // the update of the run before was stopped, and is made up for
+
+/// False when nothing more is to be loaded.
+bool lf_update() {
+    if (gRestart && !gUpdateCut) return true;
+    const bool goOn = !gf_stopAsked() && gf_updateData();
+    gUpdateCut = gf_stopAsked() && !gUserStop;
+    return goOn;
+}
+
 }  // namespace
 
 void gf_loadAtStart() {
@@ -98,9 +108,10 @@ void gf_loadAtStart() {
     lf_applyParametersToControls();
     lf_dropCommunityEnding();
     lf_makeFolders();
-    if (!gRestart && !gf_updateData()) return;
+    if (!lf_update() || gf_stopAsked()) return;
     gSlot = currentSlot();
     lf_readReferenceData();
+    if (gf_stopAsked()) return;
     if (!gf_readAirports()) throw std::runtime_error("reading airports failed!");
     gf_prepareLiveryTables();
     lf_showInstallPath();

@@ -62,6 +62,7 @@ void lf_scanAirports() {
     if (SCAN_AIRPORTS.current) {
         gWindow.simaddonCount = 0;
         gWindow.thirdpartyCount = 0;
+        gf_repaint(Band::parking);
         gf_scanAirports();
     }
     gWindow.simaddonCount = gf_countDirectoryEntries(gFiles().mySimaddon);
@@ -94,13 +95,10 @@ void lf_stages() {
     gf_loadAtStart();
     gf_logFlush();
     gf_prepareScans();
-    lf_loadLiveries();
+    if (!gf_stopAsked() || gProduction) lf_loadLiveries();
     if (!gf_stopAsked()) lf_scanAirports();
-    if (gf_stopAsked()) {
-        gf_requestStop(ExitReason::userClosed, 0);
-    } else {
-        lf_work();
-    }
+    // Whoever stopped the run meanwhile has told why: new settings begin a new one.
+    if (!gf_stopAsked()) lf_work();
 }
 
 void lf_stopByException(const char* text) {

@@ -49,6 +49,11 @@ void gf_takeSnapshot() {
     gRows = std::move(rows);
 }
 
+void gf_forgetSnapshot() {
+    const std::lock_guard lock(gSnapshotMutex);
+    gRows.clear();
+}
+
 std::vector<AircraftRow> gf_snapshot() {
     const std::lock_guard lock(gSnapshotMutex);
     return gRows;

@@ -23,6 +23,8 @@ struct AircraftRow {
 void gf_wantSnapshot(bool wanted);
 /// Copies the live table; run thread.
 void gf_takeSnapshot();
+/// The table is empty from now on, until the next copy; run thread.
+void gf_forgetSnapshot();
 /// The last copy; any thread.
 std::vector<AircraftRow> gf_snapshot();
 

@@ -93,8 +93,7 @@ void lf_resumeAfterStop() {
     if (!gFlightStopped) return;
     gFlightStopped = false;
     gf_log(fmt::format("{} Flight resumed", gf_timeOfDay()));
-    const std::lock_guard lock(gReportMutex);
-    gAcceptReports = true;
+    gf_wantReports(true);
 }
 
 void lf_ageMessage() {
@@ -203,13 +202,12 @@ void lf_announceRenewal() {
 }
 
 void lf_countDownRenewal() {
-    if (--gRenewalMinutes > 0) {
-        gWindow.minutesToRenewal = gRenewalMinutes;
-        return;
-    }
-    gRenewalMinutes = kMinutesBetweenRenewals;
+    const bool due = --gRenewalMinutes < 1;
+    if (due) gRenewalMinutes = kMinutesBetweenRenewals;
     gWindow.minutesToRenewal = gRenewalMinutes;
-    if (!gStands.empty() && !INITIAL_LOAD_ONLY.current && !gRenewalRunning && !gRenewStatics) lf_announceRenewal();
+    gf_repaint(Band::parking);
+    if (!due || gStands.empty()) return;
+    if (!INITIAL_LOAD_ONLY.current && !gRenewalRunning && !gRenewStatics) lf_announceRenewal();
 }
 
 /// A computer that was asleep, or a program that was halted: as in a pause of the flight, traffic stands where it was,
@@ -246,7 +244,7 @@ bool gf_tick() {
         return !gf_stopAsked();
     }
     lf_handleAddingStack();
-    if (!gSecondPulse.exchange(false)) return true;
+    if (!gSecondPulse.exchange(false)) return !gf_stopAsked();  // a silent simulator gives no pulse
     gf_everySecond();
     if (gf_stopAsked()) return false;
     if (gSeconds % 5 == 0) {
@@ -311,10 +309,7 @@ void gf_every15Seconds() {
 
 void gf_flightNotRunning() {
     if (!gFlightStopped) {
-        {
-            const std::lock_guard lock(gReportMutex);
-            gAcceptReports = false;
-        }
+        gf_wantReports(false);
         gFlightStopped = true;
         gNotRunningCycles = 100;
         gf_clearPositionBuffers();

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <atomic>
 #include <thread>
 
 #include "core/model/geo.h"
@@ -25,6 +27,7 @@ namespace {
 
 constexpr i64 kCycleUs = 10'000;          // one tick of simTick
 constexpr i64 kShortestSleepUs = 1'000;   // below this a sleep would overshoot
+constexpr i64 kStopPollMs = 100;          // a stop is seen in every wait within 200 ms
 constexpr i64 kFlightPollMs = 100;
 constexpr i64 kPositionPollMs = 500;
 constexpr i64 kIdentityPollMs = 200;
@@ -33,12 +36,13 @@ constexpr i64 kTimestampPollMs = 100;
 constexpr i32 kTimestampPolls = 150;
 
 std::jthread gSimClientThread;
+std::atomic<i32> gReaderThreads{0};
 
 /// Sleeps in short steps; false as soon as a stop is asked for.
 bool lf_pause(i64 milliseconds) {
-    for (i64 slept = 0; slept < milliseconds; slept += kFlightPollMs) {
+    for (i64 slept = 0; slept < milliseconds; slept += kStopPollMs) {
         if (gf_stopAsked()) return false;
-        gf_sleepMs(std::min(kFlightPollMs, milliseconds - slept));
+        gf_sleepMs(std::min(kStopPollMs, milliseconds - slept));
     }
     return !gf_stopAsked();
 }
@@ -67,6 +71,7 @@ bool lf_meetRealTraffic() {
     } else {
         gWindow.rtConnected = true;
         gWaitingForRt = false;
+        gf_repaint(Band::realTraffic);
     }
     if (gf_stopAsked()) return false;
     if (psxMode) {
@@ -79,14 +84,15 @@ bool lf_meetRealTraffic() {
 }
 
 void lf_startReader(UdpReader& reader) {
-    std::thread([&reader] { lf_readerThread(reader); }).detach();
+    ++gReaderThreads;
+    std::thread([&reader] {
+        lf_readerThread(reader);
+        --gReaderThreads;
+    }).detach();
 }
 
 bool lf_startReaders() {
-    {
-        const std::lock_guard lock(gReportMutex);
-        gAcceptReports = false;
-    }
+    gf_wantReports(false);
     gf_handPositionToDecoder();
     lf_startReader(gQnhReader);
     if (!lf_pause(kReaderPauseMs)) return false;
@@ -105,10 +111,7 @@ bool lf_awaitFirstTimestamp() {
 }
 
 void lf_openTheGate() {
-    {
-        const std::lock_guard lock(gReportMutex);
-        gAcceptReports = true;
-    }
+    gf_wantReports(true);
     gf_enableControl(BLOCK_CALLSIGN, true);
     gf_enableControl(gBlockButton, true);
     gf_enableControl(gUnblockButton, true);
@@ -146,6 +149,10 @@ void gf_joinSimClient() {
     gSimClientThread.join();
 }
 
+bool gf_readersEnded() {
+    return gReaderThreads == 0;
+}
+
 void gf_handPositionToDecoder() {
     const UserAircraftData user = gf_lastUserPosition();
     gTrafficReader.userLat = user.lat;
@@ -154,8 +161,7 @@ void gf_handPositionToDecoder() {
 
 bool gf_waitForFlight() {
     while (!gFlightRunning || gRequestError) {
-        if (gf_stopAsked()) return false;
-        gf_sleepMs(kFlightPollMs);
+        if (!lf_pause(kFlightPollMs)) return false;
     }
     gf_requestUserOnGround();
     const auto known = [] {
@@ -163,13 +169,11 @@ bool gf_waitForFlight() {
         return positionKnown(user.lat, user.lon);
     };
     while (!known() || !gUserOnGroundKnown) {
-        if (gf_stopAsked()) return false;
-        gf_sleepMs(kPositionPollMs);
+        if (!lf_pause(kPositionPollMs)) return false;
     }
     gf_requestUserIdentity();
     while (!known()) {
-        if (gf_stopAsked()) return false;
-        gf_sleepMs(kIdentityPollMs);
+        if (!lf_pause(kIdentityPollMs)) return false;
     }
     return true;
 }

@@ -283,6 +283,10 @@ SocketResult gf_receive(Socket s, char* buffer, i64 size) {
     return lf_retry([&] { return recv(lf_fd(s), buffer, static_cast<std::size_t>(size), 0); });
 }
 
+SocketResult gf_peek(Socket s, char* buffer, i64 size) {
+    return lf_retry([&] { return recv(lf_fd(s), buffer, static_cast<std::size_t>(size), MSG_PEEK); });
+}
+
 SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32* dropped) {
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(u32))> control{};
     iovec space{buffer, static_cast<std::size_t>(size)};

@@ -189,6 +189,10 @@ SocketResult gf_receive(Socket s, char* buffer, i64 size) {
     return lf_result(recv(lf_socket(s), buffer, lf_size(static_cast<std::size_t>(size)), 0));
 }
 
+SocketResult gf_peek(Socket s, char* buffer, i64 size) {
+    return lf_result(recv(lf_socket(s), buffer, lf_size(static_cast<std::size_t>(size)), MSG_PEEK));
+}
+
 SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32*) {
     const SocketResult result = gf_receive(s, buffer, size);
     // The buffer is full then and the rest is lost, which the other systems don't call an error.

@@ -15,8 +15,8 @@ namespace hcr {
 //  2  Names are exported undecorated, with C linkage and the one calling convention of x64 (sim_port.h).
 //  3  The parameters of the functions that sim_port.h marks with 3.
 //  4  Numbers of the data types, 5 of the periods, 6 of the object types, 7 the other values below.
-//  8  A helicopter is announced with an object type of its own, and a request for aircraft doesn't answer for it: the
-//     program looks for type 2 only (dispatch.cpp, session.cpp).
+//  8  A helicopter may be announced with an object type of its own, and a request for aircraft may leave it out: the
+//     program takes and asks for types 2 and 3, so that it is right either way (dispatch.cpp, session.cpp).
 //  9  A request by type with nothing in range may be answered by one message without data (object_data.cpp drops what
 //     is shorter than its record).
 // 10  A radius above 200000 metres is refused or cut; the largest RANGE, 100 nautical miles, stays below (session.cpp).

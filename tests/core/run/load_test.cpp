@@ -111,6 +111,24 @@ TEST_F(StartLoad, WhatIsMissingIsTold) {
     EXPECT_EQ(test::slashed(load()), "input/dbase.enc not available");
 }
 
+TEST_F(StartLoad, AnUpdateThatAStopCutShortIsMadeUpForByTheRestartedRun) {
+    fs::create_directories("server");
+    test::writeWhole("server/versions.json", "{}");
+    const test::Variable server("HALCYRANE_DATA_BASE", test::fileUrl(folder.path / "server").c_str());
+    const std::string asked = "msfs version not found";
+    gRestart = false;
+    gf_requestStop(ExitReason::newSettings, 2);
+    EXPECT_EQ(load(), "");
+    EXPECT_FALSE(gf_isValidType("B738")) << "nothing is loaded behind a stop";
+    EXPECT_FALSE(folder.logged(asked));
+    gf_resetRun();
+    gRestart = true;
+    EXPECT_EQ(load(), "");
+    EXPECT_EQ(test::countOf(folder.log(), asked), 1U);
+    EXPECT_EQ(load(), "");
+    EXPECT_EQ(test::countOf(folder.log(), asked), 1U) << "once done it is done";
+}
+
 TEST_F(StartLoad, ProductionEndsBehindTheLoad) {
     gProduction = true;
     gExitCode = 5;

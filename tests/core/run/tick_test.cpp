@@ -5,6 +5,9 @@
 #include "core/run/run.h"
 #include "core/run/worker.h"
 #include "feed/traffic_reader.h"
+#include "parking/plan.h"
+#include "shell/parameters.h"
+#include "shell/window_state.h"
 #include "support/data_folder.h"
 #include "support/world.h"
 
@@ -27,6 +30,18 @@ TEST(Renewal, CollectsCallsignsForFifteenSecondsAlsoWhenNothingIsToBeRenewed) {
     EXPECT_FALSE(gRenewStatics);
     gf_every15Seconds();
     EXPECT_FALSE(gTrafficReader.collectCallsigns);
+    test::resetProgram();
+}
+
+TEST(Renewal, TheMinutesLeftAreShownAsTheyPass) {
+    const test::DataFolder folder;
+    test::resetProgram();
+    AUTO_RANGE.current = false;
+    gSeconds = 60;
+    const u64 repaints = gf_repaintCount();
+    gf_every15Seconds();
+    EXPECT_EQ(gWindow.minutesToRenewal, kMinutesBetweenRenewals - 1);
+    EXPECT_GT(gf_repaintCount(), repaints);
     test::resetProgram();
 }
 

@@ -93,6 +93,18 @@ TEST_F(StreamCipher, FilesThatCantBeOpenedAreNamed) {
     EXPECT_TRUE(logHas("gf_streamDecrypt exception: Could not open output file: no/folder/out.xml\n"));
 }
 
+TEST_F(StreamCipher, AFileThatCantBeDecipheredIsToldWithTheWayOut) {
+    EXPECT_EQ(gf_decryptFaultText("secret.enc"),
+              "secret.enc stream decrypt failed: the file is missing, it is fetched at the next start");
+    enciphered("text");
+    EXPECT_EQ(gf_decryptFaultText("secret.enc"),
+              "secret.enc stream decrypt failed: the deciphered file could not be written, see Log.txt");
+    write("secret.enc", "no data");
+    EXPECT_EQ(gf_decryptFaultText("secret.enc"),
+              "secret.enc stream decrypt failed: the file is damaged; delete it, it "
+              "is fetched anew at the next start");
+}
+
 TEST_F(StreamCipher, AKeyIsSixtyFourHexadecimalDigits) {
     const std::string digits = "00FFa1" + std::string(58, '9');
     const std::optional<CipherKey> key = gf_cipherKeyFromHex(digits);

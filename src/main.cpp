@@ -82,7 +82,10 @@ void lf_enterOwnFolder(hcr::CommandLine& commandLine) {
 int lf_listSettings(const hcr::CommandLine& commandLine) {
     bool stored = true;
     if (commandLine.settings.empty()) {
-        hcr::gf_peekParameters();
+        std::error_code error;
+        if (!hcr::gf_peekParameters() && std::filesystem::exists(hcr::gFiles().settings, error)) {
+            std::fprintf(stderr, "The settings can't be read, these are the defaults.\n");
+        }
     } else {
         hcr::gf_makeConfigurationFolder();
         if (hcr::gf_loadParameters()) hcr::gf_chooseFoundSimulator();

@@ -50,13 +50,14 @@ std::size_t lf_write(char* data, std::size_t, std::size_t size, void* target) {
 }
 
 std::string lf_progressText(const Sink& sink, curl_off_t expected) {
+    if (sink.bytes == 0) return fmt::format("Downloading {} ...", sink.name);
     if (expected <= 0) return fmt::format("Downloading {}: {} kB", sink.name, sink.bytes / 1024);
     return fmt::format("Downloading {}: {} % of {} kB", sink.name, sink.bytes * 100 / expected, expected / 1024);
 }
 
 /// Not more than a line a second, which is also how often a terminal may get one.
-void lf_showProgress(CURL* handle, Sink& sink) {
-    if (sink.name.empty() || gf_steadyUs() < sink.nextShowUs) return;
+void lf_showProgress(CURL* handle, Sink& sink, bool atEnd) {
+    if (sink.name.empty() || (!atEnd && gf_steadyUs() < sink.nextShowUs)) return;
     curl_off_t expected = 0;
     curl_easy_getinfo(handle, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &expected);
     std::string text = lf_progressText(sink, expected);
@@ -119,7 +120,7 @@ CURLcode lf_perform(CURL* handle, CURLM* transfers, Sink& sink) {
     while (running != 0) {
         if (gf_stopAsked()) return CURLE_ABORTED_BY_CALLBACK;
         if (curl_multi_perform(transfers, &running) != CURLM_OK) return CURLE_RECV_ERROR;
-        lf_showProgress(handle, sink);
+        lf_showProgress(handle, sink, running == 0);
         if (running != 0) curl_multi_poll(transfers, nullptr, 0, kPollMs, nullptr);
     }
     return lf_resultOf(transfers);

@@ -119,7 +119,7 @@ TEST_F(Download, WhatWasFetchedIsLookedAtFirstAndItsProgressIsShown) {
         return fault;
     };
     EXPECT_FALSE(gf_download(handle.get(), server.url("/file"), "target", true, check));
-    EXPECT_EQ(shown.substr(0, 19), "Downloading target:");
+    EXPECT_EQ(shown, "Downloading target: 100 % of 4 kB");
     EXPECT_EQ(gf_currentMessage(), "");
     EXPECT_TRUE(logHas("Download error: 'not the one' for "));
     EXPECT_EQ(read("target"), "old");

@@ -11,6 +11,7 @@ namespace fs = std::filesystem;
 
 constexpr int kMoveTries = 10;
 constexpr DWORD kMovePauseMs = 50;
+constexpr int kDiskQuotaExceeded = 1295;  // newer than some headers
 
 std::error_code lf_lastError() {
     return {static_cast<int>(GetLastError()), std::system_category()};
@@ -76,7 +77,7 @@ bool gf_isDiskFull(const std::error_code& error) {
     if (error == std::errc::no_space_on_device) return true;
     return error.category() == std::system_category() &&
            (error.value() == ERROR_DISK_FULL || error.value() == ERROR_HANDLE_DISK_FULL ||
-            error.value() == ERROR_DISK_QUOTA_EXCEEDED);
+            error.value() == kDiskQuotaExceeded);
 }
 
 }  // namespace hcr

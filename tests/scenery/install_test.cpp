@@ -65,6 +65,9 @@ TEST_F(Install, AFirstStartChoosesTheOnlySimulatorThatIsFound) {
     gf_storeParameter(SIM_CHOICE);
     writeWhole(storeCfg(), "InstalledPackagesPath \"" + packages("named", {"Community", "Official"}).string() + "\"\n");
     EXPECT_EQ(chosen(), "MSFS 2020") << "both are found";
+    SIM_CHOICE.current.set("MSFS 2024");
+    gf_storeParameter(SIM_CHOICE);
+    EXPECT_EQ(chosen(), "MSFS 2024");
 }
 
 TEST_F(Install, TheFirstLineWithTheKeyNamesThePackages) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 #include "shell/http_server.h"
@@ -93,14 +94,23 @@ TEST_F(Download, AddressesOfFilesCountOnlyWhereTheDataServerIsAFolder) {
 }
 
 TEST_F(Download, ASilentServerAndAnEndlessFileAreGivenUp) {
-    const HttpServer server(
-        {{"/stall", HttpServer::stall()}, {"/large", HttpServer::answer("200 OK", "", std::string(5000, 'x'))}});
+    const HttpServer server({{"/stall", HttpServer::stall()},
+                             {"/slow", HttpServer::stall()},
+                             {"/large", HttpServer::answer("200 OK", "", std::string(5000, 'x'))}});
     gDownloadLimits.stallSeconds = 1;
     EXPECT_FALSE(fetch(server.url("/stall")));
     EXPECT_TRUE(logHas("Download error: 'Timeout was reached'"));
     gDownloadLimits.stallSeconds = 20;
     gDownloadLimits.binary.longestMs = 50;
-    EXPECT_FALSE(fetch(server.url("/stall")));
+    std::atomic<bool> over{false};
+    std::thread user([&over] {  // loses patience with a bound that isn't kept
+        for (int i = 0; i < 200 && !over; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        gStop = !over;
+    });
+    EXPECT_FALSE(fetch(server.url("/slow")));
+    over = true;
+    user.join();
+    EXPECT_TRUE(logHas("Download error: 'Timeout was reached' for " + server.url("/slow")));
     gDownloadLimits.binary = {4999, 60000};
     EXPECT_FALSE(fetch(server.url("/large")));
     EXPECT_TRUE(logHas("Download error: 'more than 4999 bytes' for "));

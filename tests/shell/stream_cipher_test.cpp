@@ -61,6 +61,8 @@ TEST_F(StreamCipher, AFileThatEndsAtAChunkBorderIsTakenAsFarAsItGoes) {
 TEST_F(StreamCipher, WhatStandsBehindTheLastChunkIsNotRead) {
     ASSERT_TRUE(deciphers(enciphered(text(4096)) + "more"));
     EXPECT_EQ(read("given.xml"), text(4096));
+    EXPECT_NE(gf_dataFileFault("given.enc"), "") << "but then it isn't the file that was sent";
+    EXPECT_EQ(gf_dataFileFault("secret.enc"), "");
 }
 
 TEST_F(StreamCipher, DamageIsNoticedWhereverItIs) {

@@ -12,12 +12,16 @@
 #include "platform/files.h"
 #include "platform/library.h"
 #include "platform/system.h"
+#include "scenery/install.h"
 #include "shell/command_line.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
+#include "shell/parameter_file.h"
 #include "shell/parameters.h"
+#include "shell/settings.h"
 #include "shell/text.h"
 #include "shell/window/headless.h"
+#include "shell/window_state.h"
 #include "sim/port/sandbox/sandbox.h"
 #include "sim/port/simconnect/simconnect.h"
 
@@ -74,11 +78,47 @@ void lf_enterOwnFolder(hcr::CommandLine& commandLine) {
     std::filesystem::current_path(own, error);
 }
 
+/// --settings: what is stored, changed by --set, and no run.
+int lf_listSettings(const hcr::CommandLine& commandLine) {
+    bool stored = true;
+    if (commandLine.settings.empty()) {
+        std::error_code error;
+        if (!hcr::gf_peekParameters() && std::filesystem::exists(hcr::gFiles().settings, error)) {
+            std::fprintf(stderr, "The settings can't be read, these are the defaults.\n");
+        }
+    } else {
+        hcr::gf_makeConfigurationFolder();
+        if (hcr::gf_loadParameters()) hcr::gf_chooseFoundSimulator();
+        stored = hcr::gf_storeSettings(commandLine.settings);
+    }
+    std::fputs(hcr::gf_settingsText().c_str(), stdout);
+    if (!stored) throw std::runtime_error(hcr::gf_currentMessage());
+    return 0;
+}
+
+int lf_refuseSecondInstance(const hcr::CommandLine& commandLine) {
+    if (!commandLine.settings.empty()) {
+        lf_tell(commandLine, fmt::format("{} is running: close it first. No setting was stored.", hcr::kProgramName));
+    }
+    return kSecondInstance;
+}
+
+/// The settings are read as the run will read them, so that a first start or a new version comes before the changes.
+bool lf_storeSettings(const hcr::CommandLine& commandLine) {
+    std::error_code error;
+    if (commandLine.settings.empty() || !std::filesystem::is_directory(hcr::gFiles().docs, error)) return true;
+    hcr::gf_loadSettings();
+    return hcr::gf_storeSettings(commandLine.settings);
+}
+
 int lf_start(hcr::CommandLine commandLine) {
-    if (!hcr::gf_claimSingleInstance("Local\\$Halcy$")) return kSecondInstance;
+    if (commandLine.listSettings && commandLine.settings.empty()) return lf_listSettings(commandLine);
+    if (!hcr::gf_claimSingleInstance("Local\\$Halcy$")) return lf_refuseSecondInstance(commandLine);
+    if (commandLine.listSettings) return lf_listSettings(commandLine);
     lf_enterOwnFolder(commandLine);
     hcr::gf_openLog();
     hcr::gf_makeConfigurationFolder();
+    if (!lf_storeSettings(commandLine)) throw std::runtime_error(hcr::gf_currentMessage());
     lf_chooseSimulator(commandLine);
     hcr::gf_setFeedPorts(commandLine.trafficPort, commandLine.weatherPort);
     hcr::gProduction = commandLine.production;

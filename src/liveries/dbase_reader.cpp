@@ -250,7 +250,7 @@ bool gf_readDbase() {
         throw std::runtime_error(fmt::format("{} not available", gf_pathToUtf8(files.dbaseEnc)));
     }
     if (!gf_streamDecrypt(files.dbaseEnc, files.dbaseXml)) {
-        throw std::runtime_error(fmt::format("{} stream decrypt failed", gf_pathToUtf8(files.dbaseEnc)));
+        throw std::runtime_error(gf_decryptFaultText(files.dbaseEnc));
     }
     const PlainFile plain(files.dbaseXml);
     if (const std::string fault = lf_readPlainFile(plain); !fault.empty()) {

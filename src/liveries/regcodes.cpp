@@ -312,7 +312,11 @@ void gf_mergeRegcodes(const std::vector<RegcodeEntry>& entries) {
 void gf_processOfflineRegcodes() {
     const FileNames& files = gFiles();
     gReport.clear();
-    if (!gf_streamDecrypt(files.aigEnc, files.aigXml)) return;
+    if (!gf_streamDecrypt(files.aigEnc, files.aigXml)) {
+        std::error_code ignored;
+        if (std::filesystem::exists(files.aigEnc, ignored)) gf_logError(gf_decryptFaultText(files.aigEnc));
+        return;
+    }
     lf_processAigFile();
     if (lf_isFolder(files.myRegcodes)) lf_processRegcodeFolder(files.myRegcodes);
     lf_writeOfflineReport();

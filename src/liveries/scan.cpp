@@ -21,6 +21,7 @@
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/run_stop.h"
+#include "shell/settings.h"
 #include "shell/text.h"
 #include "shell/window/controls.h"
 #include "shell/window_state.h"
@@ -51,9 +52,13 @@ struct SelectorLock {
 
 [[noreturn]] void lf_failWithoutFolders() {
     if (LIG_AUTOMATIC.current) {
+        const std::string advice =
+            gf_settingAdvice("AI_PACKAGE_SELECTOR", "FSLTL") +
+            "; for folders of your own set LIG_AUTOMATIC to false and lfolder0 to the first of them";
         throw UserErrorException(kNoPackage,
-                                 "Automatic scan has not found any AI packages, choose a different selection (or go to "
-                                 "Manual mode, see Manual 5.2)");
+                                 gf_withAdvice("Automatic scan has not found any AI packages, choose a different "
+                                               "selection (or go to Manual mode, see Manual 5.2)",
+                                               advice));
     }
     gf_openForUser(gFiles().docs / "Manual.pdf");
     gf_openForUser(gFiles().configurationFolder);

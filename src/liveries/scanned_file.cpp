@@ -7,6 +7,7 @@
 #include "liveries/reports.h"
 #include "liveries/results.h"
 #include "shell/file_names.h"
+#include "shell/generations.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/meta.h"
@@ -118,6 +119,17 @@ void lf_applyRecord(LiveryData& livery, const DbaseRecord& record) {
     }
 }
 
+[[noreturn]] void lf_failUnread(const std::filesystem::path& path, const pugi::xml_parse_result& result) {
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) {
+        throw UserErrorException(kFileMissing, fmt::format("File {} not found", gf_pathToUtf8(path)));
+    }
+    throw UserErrorException(kFileMissing,
+                             fmt::format("File {} is damaged: {} at byte {}. Set SCAN_LIVERIES on, the next start "
+                                         "scans again and writes it anew",
+                                         gf_pathToUtf8(path), result.description(), result.offset));
+}
+
 }  // namespace
 
 void gf_writeScannedLiveries() {
@@ -130,9 +142,10 @@ void gf_writeScannedLiveries() {
     gf_writeMeta(document, meta);
     pugi::xml_node liveries = document.child("root").append_child("liveries");
     for (const LiveryData& livery : gScanList) lf_appendLivery(liveries, livery);
-    const bool isSaved = gf_saveXmlDocument(document, path);
+    std::error_code error;
+    const bool isSaved = gf_saveXmlDocument(document, path, error);
     gf_log(fmt::format("{} liveries in {}", gScanList.size(), gf_pathToUtf8(path)));
-    if (!isSaved) gf_logError(fmt::format("{} could not be written", gf_pathToUtf8(path)));
+    if (!isSaved) gf_tellWriteFault(path, error);
 }
 
 std::vector<ScannedLivery> gf_readScannedDocument(const pugi::xml_document& document,
@@ -160,9 +173,7 @@ std::vector<ScannedLivery> gf_readScannedDocument(const pugi::xml_document& docu
 
 std::vector<ScannedLivery> gf_readScannedLiveries(pugi::xml_document& document) {
     const std::filesystem::path& path = gFiles().liveriesScanned;
-    if (!gf_loadXmlDocument(document, path)) {
-        throw UserErrorException(kFileMissing, fmt::format("File {} not found", gf_pathToUtf8(path)));
-    }
+    if (const pugi::xml_parse_result result = gf_loadXmlDocument(document, path); !result) lf_failUnread(path, result);
     return gf_readScannedDocument(document, path);
 }
 

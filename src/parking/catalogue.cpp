@@ -106,7 +106,7 @@ bool lf_codeBefore(const AirportEntry& a, const AirportEntry& b) {
 
 void lf_decrypt(const FileNames& files) {
     if (gf_streamDecrypt(files.airportsEnc, files.airportsXml)) return;
-    const std::string fault = fmt::format("{} stream decrypt failed", gf_pathToUtf8(files.airportsEnc));
+    const std::string fault = gf_decryptFaultText(files.airportsEnc);
     gf_log(fmt::format("{} exception : {}", "gf_readAirports", fault));
     throw std::runtime_error(fault);
 }

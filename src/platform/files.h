@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace hcr {
@@ -13,5 +14,9 @@ std::filesystem::path gf_absolutePath(const std::filesystem::path& path, std::er
 /// Moves a file onto another one, which it replaces as a whole. Where a program that only looks at a file keeps others
 /// from moving it, it is tried again for half a second.
 void gf_moveOnto(const std::filesystem::path& from, const std::filesystem::path& to, std::error_code& error);
+/// Writes a file anew. On a failure `error` has the system's reason, and what was written stays.
+void gf_writeFile(const std::filesystem::path& path, std::string_view bytes, std::error_code& error);
+/// Whether a write failed because there is no room left for the user's files.
+bool gf_isDiskFull(const std::error_code& error);
 
 }  // namespace hcr

@@ -16,6 +16,7 @@
 #include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/text_files.h"
+#include "shell/window/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {
@@ -140,6 +141,16 @@ void lf_clearMessageLines() {
     gf_clearMessage();
 }
 
+/// What can't be looked at isn't found; the detection for the run tells more about it.
+bool lf_isDetected() {
+    try {
+        return !gf_detectInstallPath().empty();
+    } catch (const fs::filesystem_error& fault) {
+        gf_log(fmt::format("MSFS detection: {}", gf_errorText(fault.code())));
+        return false;
+    }
+}
+
 void lf_store(StringParameter& parameter, std::string_view value) {
     parameter.current.set(value);
     gf_storeParameter(parameter);
@@ -197,6 +208,20 @@ fs::path gf_detectInstallPath() {
     if (gf_isValidPackageFolder(packages)) return packages;
     packages = gf_installedPackagesPath();
     return gf_isValidPackageFolder(packages) ? packages : fs::path();
+}
+
+void gf_chooseFoundSimulator() {
+    const std::string before = SIM_CHOICE.current.get();
+    std::vector<std::string> found;
+    for (const std::string& simulator : SIM_CHOICE.values) {
+        SIM_CHOICE.current.set(simulator);  // by it all names of folders go
+        if (lf_isDetected()) found.push_back(simulator);
+    }
+    SIM_CHOICE.current.set(before);
+    if (found.size() != 1 || found.front() == before) return;
+    gf_log(fmt::format("Only {} is found here, SIM_CHOICE begins with it", found.front()));
+    lf_store(SIM_CHOICE, found.front());
+    gf_showInControl(SIM_CHOICE);
 }
 
 void gf_enterInstallPath(StringParameter& parameter, std::string_view text) {

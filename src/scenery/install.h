@@ -28,6 +28,10 @@ bool gf_isValidPackageFolder(const std::filesystem::path& path);
 /// Finds the package folder of the chosen simulator by itself; empty when nothing was found. Throws filesystem_error.
 std::filesystem::path gf_detectInstallPath();
 
+/// For the first start: SIM_CHOICE becomes the simulator whose package folder is found when the other one's isn't, and
+/// is stored.
+void gf_chooseFoundSimulator();
+
 /// The user's own entry: a Community folder, or the folder that holds it. A good one is stored and asks for a new run;
 /// anything wrong is shown. Window's thread.
 void gf_enterInstallPath(StringParameter& parameter, std::string_view text);

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "shell/parameters.h"
+#include "shell/settings.h"
 #include "shell/text.h"
 
 namespace hcr {
@@ -48,9 +49,9 @@ struct Reader {
 
 /// True for what is written as an option and is one, so that it isn't taken for a file.
 bool lf_isOption(const std::string& argument) {
-    constexpr std::string_view kNames[] = {"PRODUCTION", "NO-PRODUCTION", "HEADLESS",     "HELP",
-                                           "?",          "SANDBOX",       "SIMCONNECT",   "TRACE",
-                                           "SECONDS",    "TABLE",         "TRAFFIC-PORT", "WEATHER-PORT"};
+    constexpr std::string_view kNames[] = {"PRODUCTION",   "NO-PRODUCTION", "HEADLESS", "HELP",    "?",
+                                           "SANDBOX",      "SIMCONNECT",    "TRACE",    "SECONDS", "TABLE",
+                                           "TRAFFIC-PORT", "WEATHER-PORT",  "SET",      "SETTINGS"};
     if (argument.starts_with("--")) return true;
     const std::optional<std::string> name = lf_optionName(argument);
     return name && std::find(std::begin(kNames), std::end(kNames), *name) != std::end(kNames);
@@ -79,6 +80,14 @@ void lf_readNumber(Reader& reader, std::string_view option, i64 lowest, i64 high
     }
 }
 
+void lf_readSetting(Reader& reader, std::string_view option) {
+    std::string text;
+    if (!reader.next(option, text)) return;
+    const std::string fault = gf_settingFault(text);
+    if (!fault.empty()) reader.result.error = fmt::format("{}: {}", option, fault);
+    reader.result.settings.push_back(std::move(text));
+}
+
 void lf_readOption(Reader& reader, const std::string& argument) {
     CommandLine& result = reader.result;
     const std::string name = lf_optionName(argument).value_or("");
@@ -102,6 +111,10 @@ void lf_readOption(Reader& reader, const std::string& argument) {
         lf_readNumber(reader, argument, 1, kHighestPort, result.weatherPort);
     } else if (name == "TABLE") {
         lf_readNumber(reader, argument, 1, 3600, result.tableSeconds);
+    } else if (name == "SET") {
+        lf_readSetting(reader, argument);
+    } else if (name == "SETTINGS") {
+        result.listSettings = true;
     } else if (name == "SECONDS") {
         lf_readNumber(reader, argument, 1, kLongestSeconds, result.seconds);
     } else {
@@ -117,6 +130,8 @@ CommandLine gf_readCommandLine(const std::vector<std::string>& arguments) {
     for (; reader.at < arguments.size() && result.error.empty(); ++reader.at) {
         lf_readOption(reader, arguments[reader.at]);
     }
+    // Who doesn't get the rest right needs it most.
+    result.help = result.help || std::ranges::find(arguments, "--help") != arguments.end();
     if (result.error.empty() && result.sandboxAsked && !result.simConnect.empty()) {
         result.error = "--sandbox and --simconnect name two simulators, one is possible";
     }
@@ -135,6 +150,8 @@ std::string gf_commandLineHelp() {
         "  --trace FILE         what the built-in simulator was told and what it shows, one JSON object per line\n"
         "  --traffic-port N     UDP port of RealTraffic's traffic lines (49005); --weather-port N of its weather "
         "(49004)\n"
+        "  --set NAME=VALUE     store a setting, then run; any number of times\n"
+        "  --settings           print all settings with meaning, bounds and value, and end; goes with --set\n"
         "  --production         end behind the data load; --no-production takes it back\n"
         "  --help               this text\n",
         kProgramName, gf_programVersion().text());

@@ -20,6 +20,8 @@ struct CommandLine {
     u16 trafficPort = 0;              ///< --traffic-port N: UDP port of the feed's traffic, 0 = RealTraffic's own
     u16 weatherPort = 0;              ///< --weather-port N: UDP port of its weather, 0 = RealTraffic's own
     i32 tableSeconds = 0;             ///< --table SECONDS: with --headless a table of the live aircraft this often
+    std::vector<std::string> settings;  ///< --set NAME=VALUE: good assignments, to be stored before the run
+    bool listSettings = false;          ///< --settings: print all settings and end
     i64 seconds = 0;                  ///< --seconds N: close by itself after so long, 0 = never
     std::string error;                ///< what could not be understood; empty when all was
 };

@@ -13,6 +13,7 @@
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/program_update.h"
+#include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/window/controls.h"
 
@@ -37,10 +38,10 @@ i32 lf_versionNumber(const nlohmann::json& entry, const char* name) {
 }
 
 /// Text of the data server's version file, which doesn't stay behind; nothing when it can't be had.
-std::optional<std::string> lf_fetchVersions() {
+std::optional<std::string> lf_fetchVersions(const std::string& url) {
     const fs::path& path = gFiles().versionsJson;
     const CurlHandle handle = gf_openCurl();
-    if (!gf_download(handle.get(), gf_dataBase() + "versions.json", path, false)) {
+    if (!gf_download(handle.get(), url, path, false)) {
         gf_logError("Downloading version info from my web site failed!");
         return std::nullopt;
     }
@@ -53,6 +54,17 @@ std::optional<std::string> lf_fetchVersions() {
     file.close();
     fs::remove(path);
     return text;
+}
+
+/// What came isn't what a data server sends; `fault` has the parser's words.
+[[noreturn]] void lf_failVersions(const std::string& url, std::string_view text, const char* fault) {
+    const std::string words = gf_isUtf8(fault) ? std::string(fault) : gf_ansiToUtf8(fault);
+    const bool isPage = gf_trim(text).starts_with('<');
+    const char* reason = isPage ? "It looks like a web page, such as the login page of a network: open a page in your "
+                                  "browser, log in there if you are asked to"
+                                : "It was cut short or changed on its way, or the server has trouble: wait a while";
+    throw std::runtime_error(fmt::format("What {} sends is no list of versions. {}, and start {} again. ({})", url,
+                                         reason, kProgramName, words));
 }
 
 void lf_logUpdated(const char* key, const VersionData& web) {
@@ -109,23 +121,11 @@ void lf_handleScan(const char* key, const VersionData& web, CheckBox& scan, Stri
     lf_logUpdated(key, web);
 }
 
-}  // namespace
-
-std::optional<VersionData> gf_webVersion(const nlohmann::json& versions, std::string_view key) {
-    if (!versions.is_object()) return std::nullopt;
-    const auto found = versions.find(key);
-    if (found == versions.end()) return std::nullopt;
-    return VersionData(lf_versionNumber(*found, "major"), lf_versionNumber(*found, "minor"),
-                       lf_versionNumber(*found, "patch"));
-}
-
-bool gf_updateData() {
-    const std::optional<std::string> text = lf_fetchVersions();
-    if (!text) return true;
-    const nlohmann::json versions = nlohmann::json::parse(*text);
-
-    // Entry by entry, so that a damaged one doesn't keep those before it from being updated.
-    const auto versionOf = [&](const char* key) {
+/// Entry by entry, so that a damaged one doesn't keep those before it from being updated. False when a new program was
+/// fetched. Throws what the parser throws.
+bool lf_handleVersions(const nlohmann::json& versions) {
+    const auto versionOf = [&](const char* key) -> std::optional<VersionData> {
+        if (gf_stopAsked()) return std::nullopt;
         const std::optional<VersionData> version = gf_webVersion(versions, key);
         if (!version) gf_logError(fmt::format("{} version not found", key));
         return version;
@@ -149,6 +149,34 @@ bool gf_updateData() {
         lf_handleDataFile({"dbase", files.dbaseEnc, DBASE_VERSION}, *web);
     }
     return true;
+}
+
+}  // namespace
+
+std::optional<VersionData> gf_webVersion(const nlohmann::json& versions, std::string_view key) {
+    if (!versions.is_object()) return std::nullopt;
+    const auto found = versions.find(key);
+    if (found == versions.end()) return std::nullopt;
+    return VersionData(lf_versionNumber(*found, "major"), lf_versionNumber(*found, "minor"),
+                       lf_versionNumber(*found, "patch"));
+}
+
+bool gf_updateData() {
+    const std::string base = gf_dataBase();
+    if (base.empty()) {
+        gf_log("No data server is set, the data files are taken as they are");
+        return true;
+    }
+    const std::string url = base + "versions.json";
+    const std::optional<std::string> text = lf_fetchVersions(url);
+    if (!text) return true;
+    try {
+        return lf_handleVersions(nlohmann::json::parse(*text));
+    } catch (const nlohmann::json::exception& e) {
+        lf_failVersions(url, *text, e.what());
+    } catch (const std::out_of_range& e) {
+        lf_failVersions(url, *text, e.what());
+    }
 }
 
 }  // namespace hcr

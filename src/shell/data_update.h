@@ -10,7 +10,8 @@ namespace hcr {
 
 /// Compares versions.json of the data server with what is held here and fetches what is newer. False when a new
 /// program version was fetched and the program must end. Run thread, at the start of a run that is no restart.
-/// Throws what the JSON parser throws on a damaged file.
+/// Without a data server nothing is asked for. Throws std::runtime_error, which names the server and the likely reason,
+/// when it sends something else than a list of versions.
 bool gf_updateData();
 /// Fetches the link files of MSFS 2024 when the version is newer or there are none; true when they were replaced.
 bool gf_updateSimAddons(const VersionData& webVersion);

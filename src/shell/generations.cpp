@@ -3,11 +3,10 @@
 #include <fmt/format.h>
 
 #include <optional>
-#include <string>
-#include <system_error>
 
 #include "platform/files.h"
 #include "shell/log.h"
+#include "shell/messages.h"
 #include "shell/text.h"
 
 namespace hcr {
@@ -45,7 +44,8 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
     if (!error) return true;
     std::error_code ignored;
     fs::remove(part, ignored);
-    gf_logError(fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), gf_errorText(error)));
+    gf_logError(
+        fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), gf_writeFaultText(error)));
     return false;
 }
 
@@ -77,6 +77,28 @@ bool gf_replaceFile(const fs::path& temporary, const fs::path& path) {
         fmt::format("rename {} -> {} failed: {}", gf_shownPath(temporary), gf_shownPath(path), gf_errorText(error)));
     fs::remove(temporary, error);
     return false;
+}
+
+bool gf_writeInPlace(const fs::path& path, std::string_view bytes, std::error_code& error) {
+    fs::path temporary = path;
+    temporary += ".part";
+    gf_writeFile(temporary, bytes, error);
+    if (!error) gf_moveOnto(temporary, path, error);
+    if (!error) return true;
+    std::error_code ignored;
+    fs::remove(temporary, ignored);
+    return false;
+}
+
+std::string gf_writeFaultText(const std::error_code& error) {
+    if (!gf_isDiskFull(error)) return gf_errorText(error);
+    return fmt::format("the disk is full, make room on it ({})", gf_errorText(error));
+}
+
+void gf_tellWriteFault(const fs::path& path, const std::error_code& error) {
+    const std::string text = fmt::format("{} could not be written: {}", gf_shownPath(path), gf_writeFaultText(error));
+    gf_logError(text);
+    if (gf_isDiskFull(error)) gf_showMessage(text, false);
 }
 
 }  // namespace hcr

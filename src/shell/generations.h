@@ -1,6 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 namespace hcr {
 
@@ -14,5 +17,12 @@ bool gf_copyIfExists(const std::filesystem::path& source, const std::filesystem:
 /// Replaces `path` by the file `temporary` in one step, so that no reader ever sees half of it. False on failure,
 /// which is logged; the temporary file is removed then.
 bool gf_replaceFile(const std::filesystem::path& temporary, const std::filesystem::path& path);
+
+/// Writes beside `path` and then in its place. False with the system's reason: the old file is then as it was.
+bool gf_writeInPlace(const std::filesystem::path& path, std::string_view bytes, std::error_code& error);
+/// The system's reason for a failed write; of a full disk it tells what helps.
+std::string gf_writeFaultText(const std::error_code& error);
+/// Logs that the file couldn't be written and why; a full disk stands in the message line as well.
+void gf_tellWriteFault(const std::filesystem::path& path, const std::error_code& error);
 
 }  // namespace hcr

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <stdexcept>
 
+#include "platform/files.h"
 #include "shell/generations.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
@@ -38,6 +39,17 @@ void lf_writeLine(std::ostream& stream, std::string_view mark, std::string_view 
     stream << mark << line << '\n';
 }
 
+/// The stream doesn't tell why it couldn't be opened: the system is asked again.
+std::string lf_openFaultText(const std::filesystem::path& path) {
+    std::error_code reason, ignored;
+    gf_writeFile(path, "", reason);
+    const std::filesystem::path folder = gf_absolutePath(path, ignored).parent_path();
+    return fmt::format(
+        "Failed to write file {} in the folder {}: {}. {} writes into the folder in which it stands: move "
+        "it into one where you may write, such as one below your own documents.",
+        gf_shownPath(path), gf_shownPath(folder), gf_writeFaultText(reason), kProgramName);
+}
+
 }  // namespace
 
 void gf_openLog(const std::filesystem::path& path) {
@@ -48,7 +60,7 @@ void gf_openLog(const std::filesystem::path& path) {
     [[maybe_unused]] static const int registered = std::atexit(gf_closeLog);
     gf_saveUpto3GenerationsOf(path);
     log.file.open(path, std::ios::binary | std::ios::trunc);
-    if (!log.file.is_open()) throw std::runtime_error("Failed to write file " + gf_shownPath(path));
+    if (!log.file.is_open()) throw std::runtime_error(lf_openFaultText(path));
     log.stream = &log.file;
     gf_log(fmt::format("{} (utc) {} version {} for {}", gf_utcTimeText(), kProgramName, gf_programVersion().text(),
                        kSimulatorNames));

@@ -12,7 +12,7 @@ namespace hcr {
 // nothing. Lines are passed without their line feed.
 
 /// Keeps three generations of the file and opens it anew, with its first line. Throws std::runtime_error
-/// "Failed to write file " and the path. `path` is relative to the working folder.
+/// "Failed to write file ", the path, its folder, the reason and what to do. `path` is relative to the working folder.
 void gf_openLog(const std::filesystem::path& path = "Log.txt");
 /// Lets the lines go to standard output instead; for tools. No first line.
 void gf_openLogOnStandardOutput();

@@ -11,6 +11,8 @@
 
 namespace hcr {
 
+std::atomic<bool> gNoWindow{false};
+
 UserErrorException::UserErrorException(i32 code, const std::string& text)
     : std::runtime_error(fmt::format("{}: {}", code, text)) {}
 
@@ -25,6 +27,10 @@ void gf_showMessage(std::string_view text, bool alsoLog) {
     gf_repaint(Band::message);
 }
 
+std::string gf_withAdvice(std::string_view text, std::string_view withoutWindow) {
+    return gNoWindow ? fmt::format("{}. There is no window here: {}", text, withoutWindow) : std::string(text);
+}
+
 void gf_clearMessage() {
     gf_showMessage("", true);
 }
@@ -35,7 +41,7 @@ void gf_showError(std::string_view text) {
         gWindow.message.clear();
         gWindow.messageShownAt = 0;
         gWindow.fatalMessage = text;
-        gf_logIfRunning(fmt::format("Error {}", text));
+        if (!gf_stopAsked()) gf_logError(fmt::format("Error {}", text));
     }
     gf_repaint(Band::message);
 }

@@ -4,9 +4,12 @@
 
 #include <algorithm>
 #include <mutex>
+#include <system_error>
 
 #include "shell/file_names.h"
+#include "shell/generations.h"
 #include "shell/log.h"
+#include "shell/messages.h"
 #include "shell/text.h"
 #include "shell/window/controls.h"
 #include "shell/xml.h"
@@ -15,8 +18,10 @@ namespace hcr {
 namespace {
 
 // Guards the file, which the window thread and the run thread change item by item. No other lock is taken under it but
-// those of the log and of a single text.
+// those of the message line, of the log and of a single text.
 std::recursive_mutex gSettingsMutex;
+
+constexpr const char* kInForce = "the settings in force are saved in its place";
 
 std::string lf_settingsText() {
     return gf_pathToUtf8(gFiles().settings);
@@ -57,10 +62,45 @@ void lf_setValue(pugi::xml_node item, const char* value) {
     attribute.set_value(value);
 }
 
-void lf_save(pugi::xml_document& document) {
-    if (!gf_saveXmlDocument(document, gFiles().settings)) {
-        gf_logError(fmt::format("saving: {} failed", lf_settingsText()));
-    }
+/// False when the old file had to stay.
+bool lf_save(pugi::xml_document& document) {
+    std::error_code error;
+    if (gf_saveXmlDocument(document, gFiles().settings, error)) return true;
+    const std::string reason = gf_writeFaultText(error);
+    gf_logError(fmt::format("saving: {} failed: {}", lf_settingsText(), reason));
+    gf_showMessage(fmt::format("The settings can't be saved in {}: {}", lf_settingsText(), reason), false);
+    return false;
+}
+
+bool lf_fileExists() {
+    std::error_code error;
+    const bool exists = std::filesystem::exists(gFiles().settings, error);
+    return exists || error;  // what can't be looked at may well be there
+}
+
+/// How the file was found.
+enum class SettingsFile { fine, missing, damaged };
+
+/// Loads the file. `fault` says what is wrong with a damaged one, which also is one without a list.
+SettingsFile lf_loadFile(pugi::xml_document& document, std::string& fault) {
+    const pugi::xml_parse_result result = gf_loadXmlDocument(document, gFiles().settings);
+    if (result && gf_rootOf(document).child("parameters")) return SettingsFile::fine;
+    if (!lf_fileExists()) return SettingsFile::missing;
+    fault = result ? "it has no list of parameters" : fmt::format("{} at byte {}", result.description(), result.offset);
+    return SettingsFile::damaged;
+}
+
+/// A damaged file is the user's work: it is kept beside, and told. False when it can't be kept, so that nothing may
+/// take its place.
+bool lf_keepAside(const std::string& fault, const char* inForce) {
+    const bool kept = gf_save1GenerationOf(gFiles().settings);
+    const std::string text = kept ? fmt::format("{} can't be read ({}): kept as parameters0.xml beside it, {}",
+                                                lf_settingsText(), fault, inForce)
+                                  : fmt::format("{} can't be read ({}) nor copied: it stays, and no setting is saved",
+                                                lf_settingsText(), fault);
+    gf_logError(text);
+    gf_showMessage(text, false);
+    return kept;
 }
 
 void lf_logFoot() {
@@ -127,36 +167,51 @@ void lf_showReadValues() {
     }
 }
 
+/// Of two items of one name the first counts; the others go.
+void lf_dropRepeated(pugi::xml_node list, const std::string& name) {
+    pugi::xml_node item = lf_findItem(list, name).next_sibling("parameter");
+    while (item) {
+        const pugi::xml_node next = item.next_sibling("parameter");
+        if (item.attribute("name").as_string() == name) list.remove_child(item);
+        item = next;
+    }
+}
+
+/// Sets the item of that name, which is made when it is missing.
+void lf_setItem(pugi::xml_node list, const std::string& name, const std::string& value) {
+    if (const pugi::xml_node item = lf_findItem(list, name)) {
+        lf_setValue(item, value.c_str());
+    } else {
+        lf_appendItem(list, name, value.c_str());
+    }
+    lf_dropRepeated(list, name);
+}
+
+/// A new document with an empty list.
+pugi::xml_node lf_newList(pugi::xml_document& document) {
+    document.reset();
+    return document.append_child("root").append_child("parameters");
+}
+
 template <typename Kind>
-void lf_store(const Kind& parameter) {
+bool lf_store(const Kind& parameter) {
     const std::lock_guard lock(gSettingsMutex);
     const std::string& name = parameter.name;
     const std::string value = lf_text(lf_current(parameter));
     pugi::xml_document document;
-    if (!gf_loadXmlDocument(document, gFiles().settings)) {
-        document.reset();
-        lf_appendItem(document.append_child("root").append_child("parameters"), name, value.c_str());
-        gf_log(fmt::format("{}={}", name, value));
-        lf_save(document);
-        return;
-    }
-
-    pugi::xml_node root = gf_rootOf(document);
-    pugi::xml_node list = root.child("parameters");
-    if (!list) list = root.append_child("parameters");
-    bool found = false;
-    for (const pugi::xml_node item : list.children("parameter")) {
-        if (item.attribute("name").as_string() != name) continue;
-        lf_setValue(item, value.c_str());
-        found = true;
-    }
-    if (!found) lf_appendItem(list, name, value.c_str());
+    std::string fault;
+    const SettingsFile found = lf_loadFile(document, fault);
+    if (found == SettingsFile::damaged && !lf_keepAside(fault, kInForce)) return false;
+    pugi::xml_node list = gf_rootOf(document).child("parameters");
+    if (found != SettingsFile::fine) list = lf_newList(document);
+    const bool isOfOldShape = !document.child("root");
+    lf_forEach([&](const auto& other) {
+        if (found == SettingsFile::damaged) lf_appendItem(list, other.name, lf_cString(lf_text(lf_current(other))));
+        lf_dropRepeated(list, other.name);
+    });
+    lf_setItem(list, name, value);
     gf_log(fmt::format("{}={}", name, value));
-    if (document.child("root")) {
-        lf_save(document);
-    } else {
-        gf_placeRootLevel();
-    }
+    return isOfOldShape ? gf_placeRootLevel() : lf_save(document);
 }
 
 }  // namespace
@@ -167,6 +222,7 @@ bool gf_readParameters(pugi::xml_document& document) {
     lf_forEach([&](auto& parameter) {
         if (const pugi::xml_node item = lf_findItem(list, parameter.name)) {
             lf_takeValue(parameter, item.attribute("value"));
+            lf_dropRepeated(list, parameter.name);
         } else {
             lf_makeDefaultCurrent(parameter);
             lf_appendItem(list, parameter.name, lf_cString(lf_text(parameter.defaultValue)));
@@ -176,13 +232,20 @@ bool gf_readParameters(pugi::xml_document& document) {
     return true;
 }
 
-bool gf_loadParameters() {
+bool gf_loadParameters(bool keepCurrent) {
     {
         const std::lock_guard lock(gSettingsMutex);
         gf_log(gf_logBanner(kLogSectionHeadWidth, 0, true, false, "parameters"));
         pugi::xml_document document;
-        const bool parsed = gf_loadXmlDocument(document, gFiles().settings);
-        if (!parsed || !gf_rootOf(document).child("parameters")) {
+        std::string fault;
+        const SettingsFile found = lf_loadFile(document, fault);
+        if (found == SettingsFile::damaged) {
+            const bool kept = lf_keepAside(fault, keepCurrent ? kInForce : "the settings begin anew with defaults");
+            if (kept && keepCurrent) gf_saveParameters(false);
+            if (!kept) lf_logFoot();
+            if (!kept || keepCurrent) return false;
+        }
+        if (found != SettingsFile::fine) {
             gf_log(fmt::format("{} not found,  create new with default values:", lf_settingsText()));
             gf_saveParameters(true);
             return true;
@@ -197,12 +260,12 @@ bool gf_loadParameters() {
     return false;
 }
 
-void gf_placeRootLevel() {
+bool gf_placeRootLevel() {
     gf_log("\nPlacing a root level around a new parameters.xml to make it 100% xml compliance\n");
-    gf_saveParameters(false);
+    return gf_saveParameters(false);
 }
 
-void gf_saveParameters(bool useDefaults) {
+bool gf_saveParameters(bool useDefaults) {
     const std::lock_guard lock(gSettingsMutex);
     pugi::xml_document document;
     pugi::xml_node root = document.append_child("root");
@@ -217,20 +280,28 @@ void gf_saveParameters(bool useDefaults) {
         }
         gf_logIfRunning(fmt::format("{}={}", parameter.name, lf_text(value)));
     });
-    lf_save(document);
+    const bool saved = lf_save(document);
     lf_logFoot();
+    return saved;
 }
 
-void gf_storeParameter(const BoolParameter& parameter) {
-    lf_store(parameter);
+bool gf_storeParameter(const BoolParameter& parameter) {
+    return lf_store(parameter);
 }
 
-void gf_storeParameter(const IntParameter& parameter) {
-    lf_store(parameter);
+bool gf_storeParameter(const IntParameter& parameter) {
+    return lf_store(parameter);
 }
 
-void gf_storeParameter(const StringParameter& parameter) {
-    lf_store(parameter);
+bool gf_storeParameter(const StringParameter& parameter) {
+    return lf_store(parameter);
+}
+
+bool gf_peekParameters() {
+    const std::lock_guard lock(gSettingsMutex);
+    pugi::xml_document document;
+    std::string fault;
+    return lf_loadFile(document, fault) == SettingsFile::fine && gf_readParameters(document);
 }
 
 void gf_removeParameter(const std::string& name) {

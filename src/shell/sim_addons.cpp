@@ -42,6 +42,16 @@ bool lf_unpackEntry(const ZipReader& reader, u64 index, std::string_view entryNa
     return text && gf_writeTextFile(*text, gFiles().mySimaddon / gf_pathFromUtf8(name), false);
 }
 
+/// Whether every entry can be read; the checksums in the archive tell.
+bool lf_isWhole(const ZipReader& reader) {
+    const u64 count = gf_zipEntryCount(reader);
+    for (u64 index = 0; index < count; ++index) {
+        const bool isFolder = gf_zipEntryName(reader, index).ends_with('/');
+        if (!isFolder && !gf_readZipEntry(reader, index, kLargestEntry)) return false;
+    }
+    return true;
+}
+
 /// The number of files written.
 u64 lf_unpackAll(const ZipReader& reader) {
     u64 written = 0;
@@ -71,6 +81,11 @@ bool lf_fetchAndUnpack(const VersionData& webVersion) {
     const std::unique_ptr<ZipReader> reader = gf_openZip(kZipName, kLargestZip);
     if (!reader) {
         gf_logError(fmt::format("Could not open {}", kZipName));
+        return false;
+    }
+    if (!lf_isWhole(*reader)) {
+        gf_logError(
+            fmt::format("{} is damaged, the old link files stay; it is fetched again at the next start", kZipName));
         return false;
     }
     const u64 written = lf_unpackAll(*reader);

@@ -3,10 +3,15 @@
 #include <fmt/format.h>
 #include <sodium.h>
 
+#include <cerrno>
 #include <fstream>
 #include <stdexcept>
+#include <streambuf>
+#include <system_error>
 
+#include "shell/generations.h"
 #include "shell/log.h"
+#include "shell/run_stop.h"
 #include "shell/text.h"
 
 namespace hcr {
@@ -50,10 +55,27 @@ std::size_t lf_read(std::istream& in, std::array<u8, Size>& buffer, std::size_t 
     return static_cast<std::size_t>(in.gcount());
 }
 
-void lf_write(std::ostream& out, const u8* bytes, std::size_t size) {
-    out.write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(size));
-    if (!out) throw std::runtime_error("Writing failed");
+/// The stream says only that it failed; the system has left its reason.
+std::string lf_writeFault() {
+    const std::error_code error(errno, std::generic_category());
+    return error ? "Writing failed: " + gf_writeFaultText(error) : "Writing failed";
 }
+
+void lf_write(std::ostream& out, const u8* bytes, std::size_t size) {
+    errno = 0;
+    out.write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(size));
+    if (!out) throw std::runtime_error(lf_writeFault());
+}
+
+/// Takes everything and keeps nothing, until a stop is asked for.
+struct Nowhere : std::streambuf {
+    std::streamsize xsputn(const char*, std::streamsize size) override {
+        return gf_stopAsked() ? 0 : size;
+    }
+    int_type overflow(int_type c) override {
+        return traits_type::not_eof(c);
+    }
+};
 
 using Transform = void (*)(std::istream& in, std::ostream& out, const CipherKey& key);
 
@@ -67,8 +89,9 @@ bool lf_transformFile(const char* name, Transform transform, const std::filesyst
         std::ofstream out(target, std::ios::binary | std::ios::trunc);
         if (!out) throw std::runtime_error("Could not open output file: " + gf_pathToUtf8(target));
         transform(in, out, key);
+        errno = 0;
         out.close();
-        if (!out) throw std::runtime_error("Writing failed");
+        if (!out) throw std::runtime_error(lf_writeFault());
         return true;
     } catch (const std::exception& e) {
         gf_log(fmt::format("{} exception: {}", name, e.what()));
@@ -88,7 +111,7 @@ std::optional<CipherKey> gf_cipherKeyFromHex(std::string_view hex) {
     return lf_keyFromHex(hex);
 }
 
-void gf_decipher(std::istream& in, std::ostream& out, const CipherKey& key) {
+bool gf_decipher(std::istream& in, std::ostream& out, const CipherKey& key) {
     lf_startLibrary();
     std::array<u8, kHeaderBytes> header{};
     crypto_secretstream_xchacha20poly1305_state state;
@@ -107,8 +130,11 @@ void gf_decipher(std::istream& in, std::ostream& out, const CipherKey& key) {
             throw std::runtime_error("Decryption failed");
         }
         lf_write(out, plain.data(), static_cast<std::size_t>(size));
-        if (tag == crypto_secretstream_xchacha20poly1305_TAG_FINAL) break;
+        if (tag == crypto_secretstream_xchacha20poly1305_TAG_FINAL) {
+            return in.peek() == std::istream::traits_type::eof();
+        }
     }
+    return false;
 }
 
 void gf_encipher(std::istream& in, std::ostream& out, const CipherKey& key) {
@@ -132,11 +158,34 @@ void gf_encipher(std::istream& in, std::ostream& out, const CipherKey& key) {
 }
 
 bool gf_streamDecrypt(const std::filesystem::path& source, const std::filesystem::path& target, const CipherKey& key) {
-    return lf_transformFile("gf_streamDecrypt", gf_decipher, source, target, key);
+    const auto decipher = [](std::istream& in, std::ostream& out, const CipherKey& used) {
+        gf_decipher(in, out, used);
+    };
+    return lf_transformFile("gf_streamDecrypt", decipher, source, target, key);
 }
 
 bool gf_streamEncrypt(const std::filesystem::path& source, const std::filesystem::path& target, const CipherKey& key) {
     return lf_transformFile("gf_streamEncrypt", gf_encipher, source, target, key);
+}
+
+std::string gf_dataFileFault(const std::filesystem::path& path, const CipherKey& key) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return "it can't be read";
+    Nowhere nowhere;
+    std::ostream out(&nowhere);
+    try {
+        return gf_decipher(in, out, key) ? "" : "its end is missing or isn't its end";
+    } catch (const std::exception& e) {
+        return gf_stopAsked() ? "the program was stopped" : e.what();
+    }
+}
+
+std::string gf_decryptFaultText(const std::filesystem::path& path) {
+    const std::string start = gf_pathToUtf8(path) + " stream decrypt failed: ";
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) return start + "the file is missing, it is fetched at the next start";
+    if (gf_dataFileFault(path).empty()) return start + "the deciphered file could not be written, see Log.txt";
+    return start + "the file is damaged; delete it, it is fetched anew at the next start";
 }
 
 void gf_removeIfPresent(const std::filesystem::path& path) {

@@ -5,6 +5,7 @@
 #include <istream>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 #include "platform/types.h"
@@ -29,8 +30,15 @@ bool gf_streamDecrypt(const std::filesystem::path& source, const std::filesystem
 bool gf_streamEncrypt(const std::filesystem::path& source, const std::filesystem::path& target,
                       const CipherKey& key = gf_cipherKey());
 /// The two without files; they throw std::runtime_error "Invalid header or key" and "Decryption failed".
-void gf_decipher(std::istream& in, std::ostream& out, const CipherKey& key);
+/// gf_decipher tells whether `in` is whole: the chunk that says that it is the last one came, and nothing behind it.
+bool gf_decipher(std::istream& in, std::ostream& out, const CipherKey& key);
 void gf_encipher(std::istream& in, std::ostream& out, const CipherKey& key);
+
+/// What is wrong with an enciphered data file, read to its end; empty when it is whole. Gives up when a stop of the run
+/// is asked for.
+std::string gf_dataFileFault(const std::filesystem::path& path, const CipherKey& key = gf_cipherKey());
+/// Why gf_streamDecrypt failed for a data file, with the way out.
+std::string gf_decryptFaultText(const std::filesystem::path& path);
 
 /// Removes an existing file; a failure is logged.
 void gf_removeIfPresent(const std::filesystem::path& path);

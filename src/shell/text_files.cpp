@@ -228,18 +228,6 @@ bool lf_isXml(const fs::path& path) {
     });
 }
 
-bool lf_writeWhole(std::string_view text, const fs::path& path, bool withNewline) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    if (!file.is_open()) return false;
-    file << text;
-    if (withNewline) file << '\n';
-    file.close();
-    if (file) return true;
-    std::error_code error;
-    fs::remove(path, error);
-    return false;
-}
-
 }  // namespace
 
 Charset gf_detectCharset(const fs::path& path) {
@@ -293,9 +281,11 @@ bool gf_readFileLines(LineReader& reader, std::size_t reserveHint, std::string& 
 }
 
 bool gf_writeTextFile(std::string_view text, const fs::path& path, bool withNewline) {
-    fs::path temporary = path;
-    temporary += ".new";
-    return lf_writeWhole(text, temporary, withNewline) && gf_replaceFile(temporary, path);
+    std::error_code error;
+    const bool written =
+        withNewline ? gf_writeInPlace(path, std::string(text) + '\n', error) : gf_writeInPlace(path, text, error);
+    if (!written) gf_tellWriteFault(path, error);
+    return written;
 }
 
 void gf_removeFilesFromDirectory(const fs::path& path) {

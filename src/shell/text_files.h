@@ -56,7 +56,7 @@ struct LineReader {
 /// The lines of the file as they stand in it; false, with the text "open_failed" in `error`, when it can't be opened.
 bool gf_readFileLines(LineReader& reader, std::size_t reserveHint, std::string& error);
 
-/// Writes beside the target and then in its place; false if that can't be done.
+/// Writes beside the target and then in its place; false if that can't be done, which is told.
 bool gf_writeTextFile(std::string_view text, const std::filesystem::path& path, bool withNewline);
 
 void gf_removeFilesFromDirectory(const std::filesystem::path& path);

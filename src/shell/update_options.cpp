@@ -88,12 +88,14 @@ bool updateOptions() {
     return false;
 }
 
-void updateOptionsWrapped() {
+bool updateOptionsWrapped(bool keepCurrent) {
     try {
-        if (gf_loadParameters()) {
+        if (gf_loadParameters(keepCurrent)) {
             lf_switchOn(SCAN_LIVERIES);
             lf_switchOn(SCAN_AIRPORTS);
-        } else if (updateOptions()) {
+            return true;
+        }
+        if (updateOptions()) {
             gf_log(
                 "\nYour previous version was too old to convert the old text box parameters to the new"
                 "dropbox values.");
@@ -103,6 +105,7 @@ void updateOptionsWrapped() {
     } catch (const std::exception& e) {
         gf_logError(fmt::format("{} exception:{}", "updateOptionsWrapped", e.what()));
     }
+    return false;
 }
 
 }  // namespace hcr

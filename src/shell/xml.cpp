@@ -1,14 +1,18 @@
 #include "shell/xml.h"
 
-#include <fstream>
-#include <string_view>
-
 #include "shell/generations.h"
 
 namespace hcr {
 namespace {
 
 constexpr const char* kIndent = "  ";
+
+struct TextWriter : pugi::xml_writer {
+    std::string text;
+    void write(const void* data, std::size_t size) override {
+        text.append(static_cast<const char*>(data), size);
+    }
+};
 
 void lf_setAttribute(pugi::xml_node node, const char* name, const char* value) {
     pugi::xml_attribute attribute = node.attribute(name);
@@ -28,22 +32,18 @@ void lf_completeDeclaration(pugi::xml_document& document) {
 
 }  // namespace
 
-bool gf_saveXmlDocument(pugi::xml_document& document, const std::filesystem::path& path) {
+bool gf_saveXmlDocument(pugi::xml_document& document, const std::filesystem::path& path, std::error_code& error) {
     lf_completeDeclaration(document);
-    std::filesystem::path temporary = path;
-    temporary += ".part";
-    {
-        std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-        if (!file) return false;
-        document.save(file, kIndent, pugi::format_indent, pugi::encoding_utf8);
-        file.close();
-        if (!file) {
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            return false;
-        }
-    }
-    return gf_replaceFile(temporary, path);
+    TextWriter writer;
+    document.save(writer, kIndent, pugi::format_indent, pugi::encoding_utf8);
+    return gf_writeInPlace(path, writer.text, error);
+}
+
+bool gf_saveXmlDocument(pugi::xml_document& document, const std::filesystem::path& path) {
+    std::error_code error;
+    if (gf_saveXmlDocument(document, path, error)) return true;
+    gf_tellWriteFault(path, error);
+    return false;
 }
 
 pugi::xml_parse_result gf_loadXmlDocument(pugi::xml_document& document, const std::filesystem::path& path) {

@@ -12,6 +12,7 @@
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
+#include "shell/settings.h"
 #include "shell/window_state.h"
 #include "sim/definitions.h"
 #include "sim/drain.h"
@@ -53,9 +54,11 @@ void lf_checkSimulator(const std::string& name) {
         throw UserErrorException(77, fmt::format("'{}' not being MSFS 2020 or MSFS 2024 connects ... ?", name));
     }
     if (is2024 != gf_sim2024Chosen()) {
-        throw UserErrorException(71, fmt::format("MSFS 20{} is running ..., switch Simulator, or select the right "
-                                                 "sim in the drop down list above",
-                                                 is2024 ? "24" : "20"));
+        const char* running = is2024 ? "24" : "20";
+        throw UserErrorException(71, gf_withAdvice(fmt::format("MSFS 20{} is running ..., switch Simulator, or select "
+                                                               "the right sim in the drop down list above",
+                                                               running),
+                                                   gf_settingAdvice("SIM_CHOICE", fmt::format("MSFS 20{}", running))));
     }
 }
 

@@ -3,13 +3,14 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "core/model/aircraft_class.h"
 #include "core/model/labels.h"
+#include "platform/files.h"
 #include "platform/system.h"
 #include "shell/file_names.h"
+#include "shell/generations.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
@@ -43,10 +44,10 @@ fs::path lf_writePlan(const LiveAc& ac) {
     std::error_code error;
     const fs::path path = fs::absolute(lf_planPath(ac.objectId), error);
     if (error) return {};
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << lf_planText(ac);
-    file.close();
-    return file ? path : fs::path{};
+    gf_writeFile(path, lf_planText(ac), error);
+    if (!error) return path;
+    gf_tellWriteFault(path, error);
+    return {};
 }
 
 /// MSFS 2024 knows no plans for these objects: its file is made, but not handed over.

@@ -44,7 +44,10 @@ LiveryData livery(const char* airl, const char* type, const char* title, const c
 }
 
 TEST_F(ScanResults, AnUnusableFileIsToldAndLeavesNothingLoaded) {
-    EXPECT_EQ(faultOf("<root><liveries>"), "51: File output/LiveriesScanned.xml not found");
+    EXPECT_EQ(
+        faultOf("<root><liveries>"),
+        "51: File output/LiveriesScanned.xml is damaged: Start-end tags mismatch at byte 15. Set SCAN_LIVERIES on, "
+        "the next start scans again and writes it anew");
     std::filesystem::remove(gFiles().liveriesScanned);
     EXPECT_THROW(gf_loadScanResults(), UserErrorException);
     EXPECT_EQ(faultOf("<root><meta/></root>"), "52: output/LiveriesScanned.xml does not contain a <liveries> section");

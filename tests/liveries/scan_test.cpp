@@ -7,6 +7,8 @@
 #include "liveries/livery_data.h"
 #include "liveries/scan_fixture.h"
 #include "platform/clock.h"
+#include "shell/messages.h"
+#include "shell/text.h"
 #include "shell/window_state.h"
 
 namespace hcr {
@@ -113,9 +115,14 @@ TEST_F(Scan, WithoutPackagesOrLiveriesItEndsInAMessageForTheUser) {
     expectFailure("AI_PACKAGE_SELECTOR not set");
     AI_PACKAGE_SELECTOR.current.set("AIG");
     MSFS_INSTALL_PATH.current.set("");
+    gNoWindow = true;
     expectFailure(
         "43: Automatic scan has not found any AI packages, choose a different selection (or go to Manual mode, see "
-        "Manual 5.2)");
+        "Manual 5.2). There is no window here: set AI_PACKAGE_SELECTOR in " +
+        gf_shownPath(gFiles().settings) +
+        ", or start with --set AI_PACKAGE_SELECTOR=FSLTL; for folders of your own set LIG_AUTOMATIC to false and "
+        "lfolder0 to the first of them");
+    gNoWindow = false;
 }
 
 TEST_F(Scan, ManualFoldersAreScannedInTheirOrder) {
@@ -293,7 +300,7 @@ TEST_F(Scan, AResultThatCannotBeWrittenIsToldAndTheNextStartScansAgain) {
     SCAN_LIVERIES.current = true;
     fs::create_directories("output/LiveriesScanned.xml.part");
     gf_scanLiveries();
-    EXPECT_TRUE(folder.logged("==> output/LiveriesScanned.xml could not be written\n"));
+    EXPECT_TRUE(folder.logged("==> output/LiveriesScanned.xml could not be written: "));
     EXPECT_TRUE(SCAN_LIVERIES.current);
 }
 

@@ -50,6 +50,26 @@ TEST_F(Install, TheFirstUserCfgInTheOrderOfTheCandidatesCounts) {
     }
 }
 
+TEST_F(Install, AFirstStartChoosesTheOnlySimulatorThatIsFound) {
+    const fs::path steam2024 = roaming / "Microsoft Flight Simulator 2024/Packages";
+    const auto chosen = [] {
+        gf_chooseFoundSimulator();
+        EXPECT_EQ(stored(SIM_CHOICE), SIM_CHOICE.current.get());
+        return SIM_CHOICE.current.get();
+    };
+    EXPECT_EQ(chosen(), "MSFS 2020") << "none is found";
+    for (const char* child : {"Community", "Official2024"}) fs::create_directories(steam2024 / child);
+    EXPECT_EQ(chosen(), "MSFS 2024");
+    EXPECT_EQ(chosen(), "MSFS 2024");
+    SIM_CHOICE.current.set("MSFS 2020");
+    gf_storeParameter(SIM_CHOICE);
+    writeWhole(storeCfg(), "InstalledPackagesPath \"" + packages("named", {"Community", "Official"}).string() + "\"\n");
+    EXPECT_EQ(chosen(), "MSFS 2020") << "both are found";
+    SIM_CHOICE.current.set("MSFS 2024");
+    gf_storeParameter(SIM_CHOICE);
+    EXPECT_EQ(chosen(), "MSFS 2024");
+}
+
 TEST_F(Install, TheFirstLineWithTheKeyNamesThePackages) {
     const std::string good = packages("with blank", {"Community", "Official2024"}).string();
     std::string withBackslashes = good;

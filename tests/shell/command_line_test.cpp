@@ -58,6 +58,7 @@ TEST(CommandLine, EveryOptionIsUnderstoodInBothSpellingsAndAnyCase) {
         {{"--traffic-port", "1", "--weather-port", "65535"}, "traffic=1 weather=65535"},
         {{"--help"}, "help"},
         {{"/?"}, "help"},
+        {{"fast", "--help"}, "help unknown argument 'fast'"},
         {{"--trace", "--headless"}, "trace=--headless"},
     });
 }
@@ -91,7 +92,8 @@ TEST(CommandLine, TheFirstFaultEndsTheReadingAndIsTold) {
 TEST(CommandLine, TheHelpNamesEveryOption) {
     const std::string help = gf_commandLineHelp();
     for (const char* option :
-         {"--headless", "--table", "--seconds", "--sandbox", "--simconnect", "--trace", "--traffic-port", "--weather-port", "--production", "--no-production", "--help"}) {
+         {"--headless", "--table", "--seconds", "--sandbox", "--simconnect", "--trace", "--traffic-port",
+          "--weather-port", "--set", "--settings", "--production", "--no-production", "--help"}) {
         EXPECT_NE(help.find(option), std::string::npos) << option;
     }
 }

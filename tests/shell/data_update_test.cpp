@@ -9,6 +9,8 @@
 #include <utility>
 
 #include "shell/shell_world.h"
+#include "shell/stream_cipher.h"
+#include "shell/text.h"
 #include "shell/window_state.h"
 #include "shell/zip.h"
 #include "support/environment.h"
@@ -33,7 +35,9 @@ struct DataUpdate : test::ShellWorld {
         ShellWorld::SetUp();
         test::setVariable("HALCYRANE_DATA_BASE", test::fileUrl("server").c_str());
         for (const char* name : {"airports.enc", "AIG-regcodes.enc", "dbase.enc"}) {
-            write(fs::path("server/11") / name, std::string("server's ") + name);
+            write("plain", std::string("server's ") + name + std::string(5000, ' '));
+            fs::create_directories("server/11");
+            ASSERT_TRUE(gf_streamEncrypt("plain", fs::path("server/11") / name));
         }
         write("server/versions.json", kVersions);
         fs::create_directory("input");
@@ -45,6 +49,20 @@ struct DataUpdate : test::ShellWorld {
         test::setVariable("HALCYRANE_DATA_BASE", nullptr);
         gf_resetWindowState();
         ShellWorld::TearDown();
+    }
+
+    /// Whether a data file here is the server's.
+    static bool isFetched(const std::string& name) {
+        return read("input/" + name) == read("server/11/" + name);
+    }
+
+    static std::string updateFault() {
+        try {
+            gf_updateData();
+        } catch (const std::runtime_error& fault) {
+            return fault.what();
+        }
+        return {};
     }
 
     static void writeZip(const std::vector<std::pair<std::string, std::string>>& entries) {
@@ -65,9 +83,7 @@ struct DataUpdate : test::ShellWorld {
 
 TEST_F(DataUpdate, EverythingNewerIsFetchedAndItsVersionKept) {
     EXPECT_TRUE(gf_updateData());
-    EXPECT_EQ(read("input/airports.enc"), "server's airports.enc");
-    EXPECT_EQ(read("input/AIG-regcodes.enc"), "server's AIG-regcodes.enc");
-    EXPECT_EQ(read("input/dbase.enc"), "server's dbase.enc");
+    EXPECT_TRUE(isFetched("airports.enc") && isFetched("AIG-regcodes.enc") && isFetched("dbase.enc"));
     EXPECT_EQ(AIRPORTS_VERSION.current.get(), "2.3.4");
     EXPECT_EQ(AIG_VERSION.current.get(), "3.0.1");
     EXPECT_EQ(DBASE_VERSION.current.get(), "7.8.9");
@@ -110,16 +126,42 @@ TEST_F(DataUpdate, AMissingFileIsFetchedAgainAndAFailedOneKeepsItsVersion) {
     write("input/AIG-regcodes.enc", "mine");
     fs::remove("server/11/AIG-regcodes.enc");
     EXPECT_TRUE(gf_updateData());
-    EXPECT_EQ(read("input/dbase.enc"), "server's dbase.enc");
+    EXPECT_TRUE(isFetched("dbase.enc"));
     EXPECT_EQ(read("input/AIG-regcodes.enc"), "mine");
     EXPECT_EQ(AIG_VERSION.current.get(), "1.0.0");
     EXPECT_TRUE(logHas("==> Downloading 'file://"));
     EXPECT_TRUE(logHas("AIG-regcodes.enc' failed !\n"));
 }
 
-TEST_F(DataUpdate, WithoutAServerEverythingStays) {
-    test::setVariable("HALCYRANE_DATA_BASE", "");
+TEST_F(DataUpdate, OnlyAFileThatDeciphersToItsEndTakesTheOldOnesPlace) {
+    const std::string good = read("server/11/dbase.enc");
+    constexpr std::size_t kFirstChunk = 24 + 4113;
+    std::string flipped = good;
+    flipped[kFirstChunk + 100] = static_cast<char>(flipped[kFirstChunk + 100] ^ 1);
+    const std::string rows[] = {
+        "<html>log in</html>", "",     good.substr(0, 24), good.substr(0, kFirstChunk), good.substr(0, good.size() - 1),
+        good + "more",         flipped};
+    for (const std::string& sent : rows) {
+        DBASE_VERSION.current.set("1.0.0");
+        write("input/dbase.enc", "mine");
+        write("server/11/dbase.enc", sent);
+        EXPECT_TRUE(gf_updateData());
+        EXPECT_EQ(read("input/dbase.enc"), "mine") << sent.size();
+        EXPECT_EQ(DBASE_VERSION.current.get(), "1.0.0");
+        EXPECT_FALSE(fs::exists("input/dbase.enc.part"));
+        EXPECT_NE(gf_currentMessage().find("server/11/dbase.enc sends isn't a whole data file ("), std::string::npos);
+    }
+    EXPECT_TRUE(logHas("==> What file:///"));
+    EXPECT_EQ(AIRPORTS_VERSION.current.get(), "2.3.4") << "the others come all the same";
+}
+
+TEST_F(DataUpdate, WithoutAServerNothingIsTriedAndWithoutAnAnswerEverythingStays) {
     DBASE_VERSION.current.set("1.0.0");
+    test::setVariable("HALCYRANE_DATA_BASE", "");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_FALSE(logHas("==> "));
+    fs::remove("server/versions.json");
+    test::setVariable("HALCYRANE_DATA_BASE", test::fileUrl("server").c_str());
     EXPECT_TRUE(gf_updateData());
     EXPECT_TRUE(logHas("==> Downloading version info from my web site failed!\n"));
     EXPECT_EQ(DBASE_VERSION.current.get(), "1.0.0");
@@ -128,16 +170,23 @@ TEST_F(DataUpdate, WithoutAServerEverythingStays) {
 
 TEST_F(DataUpdate, AMissingEntryIsSkippedAndABrokenOneEndsTheUpdateThere) {
     write("server/versions.json", R"({"airports": {"major": 1, "minor": 0, "patch": 0}, "aig": {"major": 1}})");
-    EXPECT_THROW(gf_updateData(), nlohmann::json::exception);
+    EXPECT_NE(updateFault().find("server/versions.json sends is no list of versions. It was cut short"),
+              std::string::npos);
     EXPECT_TRUE(logHas("==> msfs version not found\n"));
     EXPECT_EQ(AIRPORTS_VERSION.current.get(), "1.0.0");
     EXPECT_FALSE(fs::exists("versions.json"));
 
-    for (const char* text : {"", "{", "<html>", "{\"msfs\": \xFF}"}) {
+    for (const char* text : {"", "{", "\n<html>", "{\"msfs\": \xFF}", R"({"msfs": {"major": -1}})"}) {
         write("server/versions.json", text);
-        EXPECT_THROW(gf_updateData(), nlohmann::json::exception) << text;
+        const std::string fault = updateFault();
+        EXPECT_NE(fault.find("is no list of versions"), std::string::npos) << text;
+        EXPECT_EQ(fault.find("login page") != std::string::npos, text[0] == '\n') << fault;
+        EXPECT_TRUE(gf_isUtf8(fault));
         EXPECT_FALSE(fs::exists("versions.json"));
     }
+    write("server/versions.json", "[" + std::string(1048576, ' ') + "]");
+    EXPECT_TRUE(gf_updateData());
+    EXPECT_TRUE(logHas("Download error: 'more than 1048576 bytes' for "));
     write("server/versions.json", "[1, 2]");
     EXPECT_TRUE(gf_updateData());
     EXPECT_TRUE(logHas("==> dbase version not found\n"));
@@ -180,6 +229,13 @@ TEST_F(DataUpdate, ADamagedArchiveLeavesTheVersionAndIsRemoved) {
     write("server/mysimaddon24/my_simaddon2024.zip", "no archive");
     EXPECT_FALSE(gf_updateSimAddons(VersionData(1, 0, 0)));
     EXPECT_TRUE(logHas("==> Could not open my_simaddon2024.zip\n"));
+    writeZip({{"EHAM.txt", "0123456789"}, {"EGLL.txt", "second"}});
+    std::string bytes = read("server/mysimaddon24/my_simaddon2024.zip");
+    bytes[bytes.find("0123456789")] = '9';
+    write("server/mysimaddon24/my_simaddon2024.zip", bytes);
+    EXPECT_FALSE(gf_updateSimAddons(VersionData(1, 0, 0)));
+    EXPECT_TRUE(logHas("==> my_simaddon2024.zip is damaged, the old link files stay"));
+    EXPECT_FALSE(fs::exists("airports/my_simaddon/EGLL.txt"));
     EXPECT_TRUE(MYSIMADDON24_VERSION.current.empty());
     EXPECT_FALSE(fs::exists("my_simaddon2024.zip"));
 }

@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "shell/http_server.h"
 #include "shell/run_stop.h"
 #include "shell/shell_world.h"
+#include "shell/window_state.h"
 #include "support/environment.h"
 
 namespace hcr {
@@ -90,21 +94,60 @@ TEST_F(Download, AddressesOfFilesCountOnlyWhereTheDataServerIsAFolder) {
 }
 
 TEST_F(Download, ASilentServerAndAnEndlessFileAreGivenUp) {
-    const HttpServer server(
-        {{"/stall", HttpServer::stall()}, {"/large", HttpServer::answer("200 OK", "", std::string(5000, 'x'))}});
+    const HttpServer server({{"/stall", HttpServer::stall()},
+                             {"/slow", HttpServer::stall()},
+                             {"/large", HttpServer::answer("200 OK", "", std::string(5000, 'x'))}});
     gDownloadLimits.stallSeconds = 1;
     EXPECT_FALSE(fetch(server.url("/stall")));
     EXPECT_TRUE(logHas("Download error: 'Timeout was reached'"));
-    gDownloadLimits.largestBytes = 4999;
+    gDownloadLimits.stallSeconds = 20;
+    gDownloadLimits.binary.longestMs = 50;
+    std::atomic<bool> over{false};
+    std::thread user([&over] {  // loses patience with a bound that isn't kept
+        for (int i = 0; i < 200 && !over; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        gStop = !over;
+    });
+    EXPECT_FALSE(fetch(server.url("/slow")));
+    over = true;
+    user.join();
+    EXPECT_TRUE(logHas("Download error: 'Timeout was reached' for " + server.url("/slow")));
+    gDownloadLimits.binary = {4999, 60000};
     EXPECT_FALSE(fetch(server.url("/large")));
-    gDownloadLimits.largestBytes = 5000;
+    EXPECT_TRUE(logHas("Download error: 'more than 4999 bytes' for "));
+    gDownloadLimits.binary.largestBytes = 5000;
     EXPECT_TRUE(fetch(server.url("/large")));
+}
+
+TEST_F(Download, WhatWasFetchedIsLookedAtFirstAndItsProgressIsShown) {
+    const HttpServer server({{"/file", HttpServer::answer("200 OK", "", std::string(4096, 'x'))}});
+    const CurlHandle handle = gf_openCurl();
+    std::string shown, fault = "not the one";
+    const DownloadCheck check = [&](const std::filesystem::path& fetched) {
+        EXPECT_EQ(read(fetched).size(), 4096U);
+        EXPECT_EQ(read("target"), "old");
+        shown = gf_currentMessage();
+        return fault;
+    };
+    EXPECT_FALSE(gf_download(handle.get(), server.url("/file"), "target", true, check));
+    EXPECT_EQ(shown, "Downloading target: 100 % of 4 kB");
+    EXPECT_EQ(gf_currentMessage(), "");
+    EXPECT_TRUE(logHas("Download error: 'not the one' for "));
+    EXPECT_EQ(read("target"), "old");
+    EXPECT_FALSE(std::filesystem::exists("target.part"));
+    fault.clear();
+    EXPECT_TRUE(gf_download(handle.get(), server.url("/file"), "target", true, check));
+    EXPECT_EQ(read("target").size(), 4096U);
 }
 
 TEST_F(Download, AStopOfTheRunEndsAWait) {
     const HttpServer server({{"/stall", HttpServer::stall()}});
-    gStop = true;
+    std::thread user([] {
+        while (gf_currentMessage().empty()) std::this_thread::yield();
+        gStop = true;
+    });
     EXPECT_FALSE(fetch(server.url("/stall")));
+    user.join();
+    EXPECT_TRUE(logHas("Download error: 'Operation was aborted by an application callback'"));
 }
 
 TEST_F(Download, ATargetThatCantBeWrittenIsNamed) {

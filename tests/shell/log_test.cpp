@@ -75,7 +75,14 @@ TEST(Log, NothingHappensWhileItIsClosed) {
     gf_logError("x");
     gf_logFlush();
     EXPECT_TRUE(fs::is_empty("."));
-    EXPECT_THROW(gf_openLog("missing/Log.txt"), std::runtime_error);
+    try {
+        gf_openLog("missing/Log.txt");
+        ADD_FAILURE() << "opened";
+    } catch (const std::runtime_error& fault) {
+        EXPECT_THAT(fault.what(), testing::StartsWith("Failed to write file missing"));
+        EXPECT_THAT(fault.what(), testing::HasSubstr(gf_shownPath(folder.path / "missing") + ": "));
+        EXPECT_THAT(fault.what(), testing::HasSubstr("move it into one where you may write"));
+    }
 }
 
 TEST(Log, ErrorsAreMarkedAndReachTheFileAtOnce) {
@@ -133,7 +140,7 @@ TEST(Messages, AnErrorHoldsTheLine) {
     EXPECT_EQ(gWindow.fatalMessage, "broken");
     EXPECT_EQ(gWindow.message, "");
     EXPECT_EQ(gf_currentMessage(), "broken");
-    EXPECT_EQ(log.logged(), "hello\nError broken\n");
+    EXPECT_EQ(log.logged(), "hello\n==> Error broken\n");
 }
 
 TEST(Messages, AreShownButNotLoggedWhileStopping) {

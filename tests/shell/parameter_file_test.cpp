@@ -7,7 +7,9 @@
 #include <thread>
 
 #include "shell/file_names.h"
+#include "shell/messages.h"
 #include "shell/shell_world.h"
+#include "shell/window_state.h"
 #include "shell/xml.h"
 
 namespace hcr {
@@ -31,6 +33,22 @@ struct ParameterFile : test::ShellWorld {
         const pugi::xml_node found =
             gf_rootOf(document).child("parameters").find_child_by_attribute("name", name.c_str());
         return found.attribute("value").as_string("(none)");
+    }
+
+    static int itemsInFile() {
+        pugi::xml_document document;
+        gf_loadXmlDocument(document, gFiles().settings);
+        const auto items = document.child("root").child("parameters").children("parameter");
+        return static_cast<int>(std::distance(items.begin(), items.end()));
+    }
+
+    static std::filesystem::path keptAside() {
+        return gFiles().configurationFolder / "parameters0.xml";
+    }
+
+    void TearDown() override {
+        gf_clearMessage();
+        ShellWorld::TearDown();
     }
 
     /// Sets every value to one that isn't the default.
@@ -125,12 +143,53 @@ TEST_F(ParameterFile, AMissingItemIsAddedAndAnUnknownOneSurvives) {
     EXPECT_EQ(valueInFile("OF_TOMORROW"), "(none)");
 }
 
-TEST_F(ParameterFile, ADamagedFileIsReplacedByDefaults) {
+TEST_F(ParameterFile, ADamagedFileIsKeptAsideBeforeAnythingTakesItsPlace) {
     for (const char* text : {"", "<root><parameters><parameter name=", "<root><other/></root>", "\xFF\xFE\x00"}) {
         write(gFiles().settings, text);
         EXPECT_TRUE(gf_loadParameters()) << text;
         EXPECT_EQ(valueInFile("RANGE"), "40");
+        EXPECT_EQ(read(keptAside()), text);
+        EXPECT_NE(gf_currentMessage().find("parameters.xml can't be read ("), std::string::npos);
+
+        RANGE.current = 65;
+        WEEK.current = true;
+        write(gFiles().settings, text);
+        gf_storeParameter(WEEK);
+        EXPECT_EQ(read(keptAside()), text);
+        EXPECT_EQ(valueInFile("WEEK"), "true");
+        EXPECT_EQ(valueInFile("RANGE"), "65") << "all that is in force";
+        EXPECT_EQ(itemsInFile(), 58);
+
+        write(gFiles().settings, text);
+        EXPECT_FALSE(gf_loadParameters(true)) << "a run that follows another one keeps what is in force";
+        EXPECT_EQ(valueInFile("RANGE"), "65");
+        RANGE.current = 40;
     }
+    EXPECT_TRUE(logHas("==> "));
+}
+
+TEST_F(ParameterFile, ADamagedFileThatCantBeKeptStays) {
+    std::filesystem::create_directories(keptAside());
+    write(gFiles().settings, "<root><parameters>");
+    EXPECT_FALSE(gf_loadParameters());
+    EXPECT_FALSE(gf_storeParameter(RANGE));
+    EXPECT_EQ(read(gFiles().settings), "<root><parameters>");
+    EXPECT_NE(gf_currentMessage().find("no setting is saved"), std::string::npos);
+}
+
+TEST_F(ParameterFile, NoNameStandsTwiceInWhatIsWritten) {
+    const std::string twice = item("RANGE", "65") + item("WEEK", "true") + item("RANGE", "20") + item("WEEK", "false") +
+                              item("RANGE", "30") + item("OF_TOMORROW", "1");
+    writeSettings(twice);
+    EXPECT_FALSE(gf_loadParameters());
+    EXPECT_EQ(RANGE.current, 65) << "the first counts";
+    EXPECT_EQ(itemsInFile(), 59);
+    writeSettings(twice);
+    RANGE.current = 80;
+    gf_storeParameter(RANGE);
+    EXPECT_EQ(itemsInFile(), 3);
+    EXPECT_EQ(valueInFile("RANGE"), "80");
+    EXPECT_EQ(valueInFile("WEEK"), "true");
 }
 
 TEST_F(ParameterFile, StoringTouchesOneItemAndMakesWhatIsMissing) {
@@ -164,8 +223,9 @@ TEST_F(ParameterFile, AFileOfTheOldShapeLoadsAndGetsARootWithTheNextStore) {
 TEST_F(ParameterFile, AFailingSaveIsLoggedAndTheValuesStay) {
     std::filesystem::remove_all(gFiles().configurationFolder);
     RANGE.current = 25;
-    gf_saveParameters(false);
+    EXPECT_FALSE(gf_saveParameters(false));
     EXPECT_TRUE(logHas("==> saving: "));
+    EXPECT_EQ(gf_currentMessage().substr(0, 30), "The settings can't be saved in");
     EXPECT_EQ(RANGE.current, 25);
 }
 

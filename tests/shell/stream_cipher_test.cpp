@@ -61,6 +61,8 @@ TEST_F(StreamCipher, AFileThatEndsAtAChunkBorderIsTakenAsFarAsItGoes) {
 TEST_F(StreamCipher, WhatStandsBehindTheLastChunkIsNotRead) {
     ASSERT_TRUE(deciphers(enciphered(text(4096)) + "more"));
     EXPECT_EQ(read("given.xml"), text(4096));
+    EXPECT_NE(gf_dataFileFault("given.enc"), "") << "but then it isn't the file that was sent";
+    EXPECT_EQ(gf_dataFileFault("secret.enc"), "");
 }
 
 TEST_F(StreamCipher, DamageIsNoticedWhereverItIs) {
@@ -91,6 +93,18 @@ TEST_F(StreamCipher, FilesThatCantBeOpenedAreNamed) {
     enciphered("text");
     EXPECT_FALSE(gf_streamDecrypt("secret.enc", "no/folder/out.xml"));
     EXPECT_TRUE(logHas("gf_streamDecrypt exception: Could not open output file: no/folder/out.xml\n"));
+}
+
+TEST_F(StreamCipher, AFileThatCantBeDecipheredIsToldWithTheWayOut) {
+    EXPECT_EQ(gf_decryptFaultText("secret.enc"),
+              "secret.enc stream decrypt failed: the file is missing, it is fetched at the next start");
+    enciphered("text");
+    EXPECT_EQ(gf_decryptFaultText("secret.enc"),
+              "secret.enc stream decrypt failed: the deciphered file could not be written, see Log.txt");
+    write("secret.enc", "no data");
+    EXPECT_EQ(gf_decryptFaultText("secret.enc"),
+              "secret.enc stream decrypt failed: the file is damaged; delete it, it "
+              "is fetched anew at the next start");
 }
 
 TEST_F(StreamCipher, AKeyIsSixtyFourHexadecimalDigits) {

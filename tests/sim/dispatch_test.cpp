@@ -139,6 +139,17 @@ TEST_F(Dispatch, TheSimulatorMustBeTheChosenOne) {
         EXPECT_EQ(gWindow.simulatorText.get().empty(), row.error != nullptr);
     }
     EXPECT_TRUE(logHas("KittyHawk (12.2.282174.999) connected"));
+    gNoWindow = true;
+    try {
+        SIM_CHOICE.current.set("MSFS 2020");
+        lf_dispatchOpen("SunRise");
+        ADD_FAILURE() << "taken";
+    } catch (const UserErrorException& exception) {
+        const std::string error = exception.what();
+        EXPECT_NE(error.find("parameters.xml, or start with --set \"SIM_CHOICE=MSFS 2024\""), std::string::npos)
+            << error;
+    }
+    gNoWindow = false;
 }
 
 TEST_F(Dispatch, ExceptionsAreTold) {

@@ -84,6 +84,7 @@ TEST(Recording, OnlyTheTimestampOfALineIsMoved) {
 TEST(FeedOptions, TellWhatIsWrongWithThem) {
     EXPECT_EQ(failure({"generate", "--lat", "52", "--minutes", "5", "--list"}), "");
     EXPECT_EQ(failure({"play", "x.tsv", "--speed", "2.5", "--loop"}), "");
+    EXPECT_TRUE(parseFeedOptions({"record", "--help"}).help);
     for (const std::vector<std::string>& wrong :
          std::vector<std::vector<std::string>>{{},
                                                {"fly"},

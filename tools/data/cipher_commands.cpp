@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -7,6 +8,7 @@
 
 #include "commands.h"
 #include "platform/files.h"
+#include "shell/generations.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
 
@@ -51,10 +53,15 @@ int transformFile(const std::vector<std::string>& arguments,
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
         if (!out) throw std::runtime_error(fmt::format("{} can't be written", gf_pathToUtf8(files.out)));
         transform(in, out, files.key);
+        errno = 0;
         out.close();
         std::error_code error;
+        if (!out) error = {errno, std::generic_category()};
         if (out) gf_moveOnto(temporary, files.out, error);
-        if (!out || error) throw std::runtime_error(fmt::format("{} can't be written", gf_pathToUtf8(files.out)));
+        if (!out || error) {
+            throw std::runtime_error(
+                fmt::format("{} can't be written: {}", gf_pathToUtf8(files.out), gf_writeFaultText(error)));
+        }
         return kExitGood;
     } catch (const std::exception& e) {
         fmt::print(stderr, "halcyrane-data: {}: {}\n", gf_pathToUtf8(files.in), e.what());
@@ -71,5 +78,6 @@ int runEncipher(const std::vector<std::string>& arguments) {
 }
 
 int runDecipher(const std::vector<std::string>& arguments) {
-    return transformFile(arguments, gf_decipher);
+    return transformFile(arguments,
+                         [](std::istream& in, std::ostream& out, const CipherKey& key) { gf_decipher(in, out, key); });
 }

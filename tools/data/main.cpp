@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <exception>
@@ -22,22 +23,39 @@ constexpr std::array kCommands{
             runMatch},
 };
 
+constexpr const char* kAboutKey = "\nWithout --key (64 hexadecimal digits) the key of this build is used.\n";
+
 std::string usage() {
     std::string text = "usage: halcyrane-data COMMAND ARGUMENTS\n\n";
     for (const Command& command : kCommands) {
         text += fmt::format("  {} {}\n      {}\n", command.name, command.arguments, command.purpose);
     }
-    return text + "\nWithout --key (64 hexadecimal digits) the key of this build is used.\n";
+    return text + kAboutKey + "halcyrane-data COMMAND --help tells about one of them.\n";
+}
+
+std::string usageOf(const Command& command) {
+    const bool takesKey = command.arguments.find("--key") != std::string_view::npos;
+    return fmt::format("usage: halcyrane-data {} {}\n      {}\n{}", command.name, command.arguments, command.purpose,
+                       takesKey ? kAboutKey : "");
+}
+
+bool asksForHelp(const std::string& argument) {
+    return argument == "--help" || argument == "-h";
 }
 
 int runCommand(const std::vector<std::string>& arguments) {
     if (arguments.empty()) throw UsageError{"no command"};
-    if (arguments[0] == "--help" || arguments[0] == "help") {
+    if (asksForHelp(arguments[0]) || arguments[0] == "help") {
         fmt::print("{}", usage());
         return kExitGood;
     }
     for (const Command& command : kCommands) {
-        if (command.name == arguments[0]) return command.run({arguments.begin() + 1, arguments.end()});
+        if (command.name != arguments[0]) continue;
+        if (std::ranges::any_of(arguments, asksForHelp)) {
+            fmt::print("{}", usageOf(command));
+            return kExitGood;
+        }
+        return command.run({arguments.begin() + 1, arguments.end()});
     }
     throw UsageError{fmt::format("unknown command {}", arguments[0])};
 }

@@ -85,15 +85,14 @@ int main(int argc, char** argv) {
     gf_onTerminate(gStopFeed);
     FeedOptions options;
     try {
-        const std::vector<std::string> arguments = gf_arguments(argc, argv);
-        if (!arguments.empty() && (arguments[0] == "--help" || arguments[0] == "-h")) {
-            fmt::print("{}", feedUsage());
-            return 0;
-        }
-        options = parseFeedOptions(arguments);
+        options = parseFeedOptions(gf_arguments(argc, argv));
     } catch (const std::exception& e) {
         fmt::print(stderr, "halcyrane-feed: {}\n\n{}", e.what(), feedUsage());
         return kUsage;
+    }
+    if (options.help) {
+        fmt::print("{}", feedUsage());
+        return 0;
     }
     try {
         if (gf_startSockets() != 0) throw std::runtime_error("the socket library doesn't start");

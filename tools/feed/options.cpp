@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -106,6 +107,8 @@ FeedOptions parseFeedOptions(const std::vector<std::string>& arguments) {
     o.trafficPort = kTrafficPort;
     o.weatherPort = kWeatherPort;
     if (arguments.empty()) throw std::runtime_error("a command is missing");
+    o.help = std::ranges::any_of(arguments, [](const std::string& a) { return a == "--help" || a == "-h"; });
+    if (o.help) return o;
     o.command = lf_command(arguments.front());
     const std::map<std::string, Setter> valueOptions = lf_valueOptions(o);
     const std::map<std::string, bool*> flags = {

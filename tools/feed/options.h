@@ -25,6 +25,7 @@ struct FeedOptions {
     f64 speed = 1;
     bool loop = false;
     bool keepTimestamps = false;
+    bool help = false;  ///< nothing but the usage text is wanted
     bool list = false;  ///< print the generated aircraft
     i32 qnh = 1013;     ///< of play, where the recording has no weather
     GenerateOptions generate;

@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/files.h"
+#include "shell/generations.h"
 #include "shell/text.h"
 #include "tools/feed/report_line.h"
 
@@ -147,18 +147,10 @@ std::string readRecordingFile(const std::filesystem::path& path) {
 }
 
 void writeRecordingFile(const std::filesystem::path& path, std::string_view text) {
-    std::filesystem::path part = path;
-    part += ".part";
-    {
-        const std::string bytes = path.extension() == ".gz" ? lf_deflate(text) : std::string(text);
-        std::ofstream file(part, std::ios::binary | std::ios::trunc);
-        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        file.close();
-        if (!file) lf_fail("can't write", part);
-    }
     std::error_code error;
-    gf_moveOnto(part, path, error);
-    if (error) lf_fail("can't write", path);
+    const bool written = gf_writeInPlace(path, path.extension() == ".gz" ? lf_deflate(text) : std::string(text), error);
+    if (written) return;
+    throw std::runtime_error(fmt::format("can't write {}: {}", gf_pathToUtf8(path), gf_writeFaultText(error)));
 }
 
 }  // namespace hcr

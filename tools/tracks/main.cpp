@@ -1,13 +1,14 @@
 #include <fmt/format.h>
 
+#include <charconv>
 #include <cstdio>
 #include <exception>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "platform/system.h"
+#include "shell/generations.h"
 #include "shell/text.h"
-#include "shell/text_files.h"
 #include "tools/feed/recording.h"
 #include "tools/tracks/stories.h"
 #include "tools/tracks/tracks.h"
@@ -29,8 +30,9 @@ constexpr const char* kUsage =
 int lf_draw(const std::string& trace, const std::string& recording, const std::string& svg, f64 seconds) {
     const Tracks flown = readFlownTracks(gf_pathFromUtf8(trace));
     const Tracks reported = readReportedTracks(gf_pathFromUtf8(recording), seconds);
-    if (!gf_writeTextFile(drawTracks(flown, reported), gf_pathFromUtf8(svg), false)) {
-        throw std::runtime_error(fmt::format("{} can't be written", svg));
+    std::error_code error;
+    if (!gf_writeInPlace(gf_pathFromUtf8(svg), drawTracks(flown, reported), error)) {
+        throw std::runtime_error(fmt::format("{} can't be written: {}", svg, gf_writeFaultText(error)));
     }
     const Deviation off = measureDeviation(flown, reported);
     fmt::print(
@@ -38,6 +40,14 @@ int lf_draw(const std::string& trace, const std::string& recording, const std::s
         "99 % within {:.1f} m, worst {:.1f} m ({})\n",
         flown.size(), off.points, off.median, off.p99, off.worst, off.worstName);
     return 0;
+}
+
+f64 lf_seconds(const std::string& text) {
+    f64 seconds = 0;
+    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    const bool good = fault == std::errc{} && end == text.data() + text.size() && seconds >= 0;
+    if (!good) throw std::runtime_error(fmt::format("--seconds: '{}' is no number of seconds", text));
+    return seconds;
 }
 
 int lf_placeUser(const std::string& scenario, const std::string& recording) {
@@ -73,10 +83,14 @@ int main(int argc, char** argv) {
     std::vector<std::string> arguments = gf_arguments(argc, argv);
     try {
         f64 seconds = 0;
+        if (std::ranges::any_of(arguments, [](const std::string& a) { return a == "--help" || a == "-h"; })) {
+            std::fputs(kUsage, stdout);
+            return 0;
+        }
         if (arguments.size() == 3 && arguments[0] == "--scenario") return lf_placeUser(arguments[1], arguments[2]);
         if (arguments.size() == 3 && arguments[0] == "--compare") return lf_compare(arguments[1], arguments[2]);
         if (arguments.size() == 5 && arguments[0] == "--seconds") {
-            seconds = std::stod(arguments[1]);
+            seconds = lf_seconds(arguments[1]);
             arguments.erase(arguments.begin(), arguments.begin() + 2);
         }
         if (arguments.size() == 3) return lf_draw(arguments[0], arguments[1], arguments[2], seconds);

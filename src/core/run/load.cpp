@@ -15,6 +15,7 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
+#include "shell/settings.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
 #include "shell/window/controls.h"
@@ -74,9 +75,12 @@ void lf_showInstallPath() {
     if (!path.empty()) return;
     path = gf_pathToUtf8(gf_detectInstallPath());
     if (path.empty()) {
-        throw UserErrorException(150,
-                                 "No install path detected. Type the full path to your Community folder above, then "
-                                 "press Enter");
+        const std::string advice = fmt::format(
+            "{}; the folder is the one that holds Community, and SIM_CHOICE, now \"{}\", names the simulator",
+            gf_settingAdvice(parameter.name, "FOLDER"), SIM_CHOICE.current.get());
+        throw UserErrorException(150, gf_withAdvice("No install path detected. Type the full path to your Community "
+                                                    "folder above, then press Enter",
+                                                    advice));
     }
     parameter.current.set(path);
     gf_storeParameter(parameter);
@@ -101,8 +105,12 @@ bool lf_update() {
 
 }  // namespace
 
+void gf_loadSettings() {
+    if (updateOptionsWrapped(gRestart)) gf_chooseFoundSimulator();
+}
+
 void gf_loadAtStart() {
-    updateOptionsWrapped();
+    gf_loadSettings();
     gf_repaint(Band::whole);
     gf_logFlush();
     lf_applyParametersToControls();

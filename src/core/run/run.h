@@ -35,6 +35,8 @@ extern std::atomic<bool> gFlushStaticCmd, gReReadCmd, gRefreshCsListCmd, gShowSe
 
 /// Entry of a run.
 void gf_runThread();
+/// Reads the settings; at a very first start makes them, for the simulator that is found. Run thread, or before it.
+void gf_loadSettings();
 void gf_loadAtStart();
 void gf_runWorker();
 bool gf_waitForFlight();

@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include <algorithm>
+
 #include "platform/win32/windows_header.h"
 
 namespace hcr {
@@ -9,6 +11,7 @@ namespace fs = std::filesystem;
 
 constexpr int kMoveTries = 10;
 constexpr DWORD kMovePauseMs = 50;
+constexpr int kDiskQuotaExceeded = 1295;  // newer than some headers
 
 std::error_code lf_lastError() {
     return {static_cast<int>(GetLastError()), std::system_category()};
@@ -17,6 +20,17 @@ std::error_code lf_lastError() {
 /// Virus scanners, indexers and backups hold a file for moments and don't let others move it meanwhile.
 bool lf_mayPass(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+bool lf_writeAll(HANDLE file, std::string_view bytes) {
+    constexpr std::size_t kLargestPiece = 16 * 1048576;  // the system's size has 32 bits
+    while (!bytes.empty()) {
+        const auto piece = static_cast<DWORD>(std::min(bytes.size(), kLargestPiece));
+        DWORD written = 0;
+        if (WriteFile(file, bytes.data(), piece, &written, nullptr) == FALSE) return false;
+        bytes.remove_prefix(written);
+    }
+    return true;
 }
 
 }  // namespace
@@ -45,6 +59,25 @@ void gf_moveOnto(const fs::path& from, const fs::path& to, std::error_code& erro
         if (tries == kMoveTries || !lf_mayPass(code)) return;
         Sleep(kMovePauseMs);
     }
+}
+
+void gf_writeFile(const fs::path& path, std::string_view bytes, std::error_code& error) {
+    error.clear();
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        error = lf_lastError();
+        return;
+    }
+    if (!lf_writeAll(file, bytes)) error = lf_lastError();
+    if (CloseHandle(file) == FALSE && !error) error = lf_lastError();
+}
+
+bool gf_isDiskFull(const std::error_code& error) {
+    if (error == std::errc::no_space_on_device) return true;
+    return error.category() == std::system_category() &&
+           (error.value() == ERROR_DISK_FULL || error.value() == ERROR_HANDLE_DISK_FULL ||
+            error.value() == kDiskQuotaExceeded);
 }
 
 }  // namespace hcr

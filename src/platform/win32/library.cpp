@@ -27,15 +27,28 @@ std::string lf_utf8(std::wstring_view text) {
     return gf_systemWideToUtf8(text).value_or("?");
 }
 
-/// The system's words for an error, in the user's language.
-std::string lf_words(DWORD error) {
+/// The system's words leave a place for the file's name.
+void lf_fillIn(std::string& words, const fs::path& file) {
+    constexpr std::string_view kPlace = "%1";
+    const std::size_t at = words.find(kPlace);
+    if (at != std::string::npos) words.replace(at, kPlace.size(), lf_utf8(file.filename().native()));
+}
+
+/// The system's words for an error with this file, in the user's language.
+std::string lf_words(DWORD error, const fs::path& file) {
+    if (error == ERROR_BAD_EXE_FORMAT) {
+        return "it is no library for 64-bit programs (error " + std::to_string(error) + ")";
+    }
     wchar_t* text = nullptr;
     const DWORD flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
     DWORD length = FormatMessageW(flags, nullptr, error, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
     const std::unique_ptr<wchar_t, LocalDeleter> owner(text);
     while (length > 0 && text[length - 1] <= L' ') --length;
     const std::string number = "error " + std::to_string(error);
-    return length == 0 ? number : lf_utf8({text, length}) + " (" + number + ")";
+    if (length == 0) return number;
+    std::string words = lf_utf8({text, length});
+    lf_fillIn(words, file);
+    return words + " (" + number + ")";
 }
 
 fs::path lf_loadedFile(HMODULE module, const fs::path& name) {
@@ -56,7 +69,7 @@ bool lf_load(const fs::path& name, DWORD flags, Library& library, LibraryFault& 
     const DWORD error = GetLastError();
     SetThreadErrorMode(before, nullptr);
     if (module == nullptr) {
-        fault.reason = lf_words(error);
+        fault.reason = lf_words(error, name);
         return false;
     }
     library.handle = module;
@@ -107,7 +120,7 @@ Library gf_openLibrary(const fs::path& name, LibraryFault& fault) {
         const fs::path file = gf_absolutePath(name, error);
         if (!lf_loadFile(file, library, fault)) {
             fault.places = {lf_utf8(file.parent_path().native())};
-            fault.reason = lf_words(ERROR_FILE_NOT_FOUND);
+            fault.reason = lf_words(ERROR_FILE_NOT_FOUND, file);
         }
         return library;
     }

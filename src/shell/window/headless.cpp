@@ -161,6 +161,7 @@ i32 gf_runHeadless(const HeadlessOptions& options) {
     Face face{options, {}, true, {}, {}, 0, 0, 0};
     face.startUs = gf_steadyUs();
     gf_onTerminate(gTerminate);
+    gNoWindow = true;
     gf_wantSnapshot(options.tableSeconds > 0);
     gf_postToWindow(WindowMessage::startRun);
     for (;;) {
@@ -176,6 +177,7 @@ i32 gf_runHeadless(const HeadlessOptions& options) {
         lf_showDue(face);
     }
     if (face.run.joinable()) face.run.join();
+    gNoWindow = false;
     lf_showChangedMessage(face);
     gf_log(gf_timeOfDay());
     gf_logFlush();

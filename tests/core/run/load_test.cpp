@@ -6,9 +6,12 @@
 #include "core/model/run_state.h"
 #include "core/run/run.h"
 #include "liveries/dbase.h"
+#include "platform/system.h"
 #include "shell/file_names.h"
+#include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
+#include "shell/text.h"
 #include "support/data_folder.h"
 #include "support/environment.h"
 #include "support/world.h"
@@ -104,6 +107,9 @@ TEST_F(StartLoad, WhatIsMissingIsTold) {
     saveInstallPath("");
     EXPECT_EQ(load(), "150: No install path detected. Type the full path to your Community folder above, then press "
                       "Enter");
+    gNoWindow = true;
+    EXPECT_NE(load().find("set MSFS_INSTALL_PATH in " + gf_shownPath(gFiles().settings)), std::string::npos);
+    gNoWindow = false;
     gf_forgetDbase();
     folder.encipher(gFiles().dbaseEnc, "<root><");
     EXPECT_EQ(load(), "reading data files failed!");
@@ -127,6 +133,17 @@ TEST_F(StartLoad, AnUpdateThatAStopCutShortIsMadeUpForByTheRestartedRun) {
     EXPECT_EQ(test::countOf(folder.log(), asked), 1U);
     EXPECT_EQ(load(), "");
     EXPECT_EQ(test::countOf(folder.log(), asked), 1U) << "once done it is done";
+}
+
+TEST_F(StartLoad, AVeryFirstStartRunsForTheSimulatorThatIsThere) {
+    const fs::path packages = gf_roamingFolder() / "Microsoft Flight Simulator 2024/Packages";
+    for (const char* child : {"Community", "Official2024"}) fs::create_directories(packages / child);
+    saveInstallPath("");
+    EXPECT_TRUE(load().starts_with("150: ")) << "the choice of the user stands";
+    fs::remove(gFiles().settings);
+    EXPECT_EQ(load(), "");
+    EXPECT_EQ(MSFS_2024_INSTALL_PATH.current.get(), gf_pathToUtf8(packages));
+    EXPECT_TRUE(SCAN_LIVERIES.current);
 }
 
 TEST_F(StartLoad, ProductionEndsBehindTheLoad) {

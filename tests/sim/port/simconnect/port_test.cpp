@@ -270,6 +270,7 @@ TEST(SimConnectPort, ALibraryThatIsOfNoUseIsToldWithFileReasonAndAdvice) {
         for (const std::string& piece : row.told) EXPECT_NE(text.find(piece), std::string::npos) << text;
         EXPECT_NE(text.find("SDK"), std::string::npos) << text;
         EXPECT_NE(text.find("--sandbox"), std::string::npos) << text;
+        EXPECT_EQ(text.find('%'), std::string::npos) << text;
         EXPECT_EQ(gSimPort.SimConnect_Open, nullptr);
     }
     EXPECT_EQ(refusal(folder.path / "libOfTheWorkingFolder.so"), "loaded");

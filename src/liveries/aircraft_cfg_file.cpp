@@ -22,7 +22,7 @@ constexpr std::size_t kLongestShownBytes = 250;
 constexpr std::size_t kLongestTitleBytes = 255;
 constexpr std::size_t kLongestRegistration = 12;
 
-/// The lines of a text that hold a "[", each with its place.
+/// The lines of a text that hold a "[" and no key before it, each with its place.
 struct BracketLines {
     std::string_view text;
     std::size_t from = 0;
@@ -33,13 +33,15 @@ struct BracketLines {
 
     /// False behind the last one.
     bool next(Line& line) {
-        const std::size_t bracket = text.find('[', from);
-        if (bracket == std::string_view::npos) return false;
-        const std::size_t before = text.substr(from, bracket - from).rfind('\n');
-        line.begin = before == std::string_view::npos ? from : from + before + 1;
-        line.end = std::min(text.find('\n', bracket), text.size());
-        from = std::min(line.end + 1, text.size());
-        return true;
+        for (;;) {
+            const std::size_t bracket = text.find('[', from);
+            if (bracket == std::string_view::npos) return false;
+            const std::size_t before = text.substr(from, bracket - from).rfind('\n');
+            line.begin = before == std::string_view::npos ? from : from + before + 1;
+            line.end = std::min(text.find('\n', bracket), text.size());
+            from = std::min(line.end + 1, text.size());
+            if (!gf_endsInCfgValue(text.substr(line.begin, bracket - line.begin))) return true;
+        }
     }
 
     std::string_view at(const Line& line) const {

@@ -92,12 +92,13 @@ bool lf_hasWinglets(const std::string& folder) {
                        [&](std::string_view name) { return folder.find(name) != std::string::npos; });
 }
 
-/// Empty, and reported, if there is none.
+/// Empty, and reported, if there is none. A livery that its title calls unbranded is no airframe's.
 std::string lf_airlineOf(CfgSection& section) {
     const CfgFile& file = section.file;
     const std::string model = file.type + (lf_hasWinglets(file.folder) ? "W" : "");
     const std::string_view code = lf_airlineInTitle(section.title, model);
     if (!code.empty()) {
+        if (code == kUnbrandedAirline) section.atcid.clear();
         if (gf_isAirline(code)) return std::string(code);
         lf_reportAirline(section.file, code, section.header);
         return {};
@@ -124,7 +125,6 @@ std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text) {
     if (lf_isDontUseTitle(section.title)) return std::nullopt;
     std::string airline = lf_airlineOf(section);
     if (airline.empty()) return std::nullopt;
-    if (airline == kUnbrandedAirline) section.atcid.clear();
     constexpr bool kCargo = false;  // the package has none
     std::optional<LiveryData> livery =
         lf_addLivery(file, std::move(airline), section.title, std::move(section.atcid), kCargo);

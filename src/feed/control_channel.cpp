@@ -171,7 +171,7 @@ void lf_lookForReturn() {
     gWaitingForRt = false;
     lf_settleGate();
     lf_lightLamp(true);
-    gf_log(fmt::format("{} RealTraffic re-connected", gf_timeOfDay()));
+    if (gf_mayLog(LogKind::rtReturn)) gf_log(fmt::format("{} RealTraffic re-connected", gf_timeOfDay()));
     gf_clearMessage();
 }
 
@@ -261,10 +261,11 @@ void gf_wantReports(bool wanted) {
 bool sendDataPacket(std::string_view text) {
     const i32 error = lf_sendWhole(text);
     if (error == 0) return true;
-    gf_logIfRunning(fmt::format("sendDataPacket to RealTraffic failed: {}", gf_winsockMessage(error)));
+    const bool isTold = gf_mayLog(LogKind::rtSending);
+    if (isTold) gf_logIfRunning(fmt::format("sendDataPacket to RealTraffic failed: {}", gf_winsockMessage(error)));
     gConnected = false;
     gf_closeSocket(gClientSocket);
-    gf_logIfRunning("RealTraffic client socket closed");
+    if (isTold) gf_logIfRunning("RealTraffic client socket closed");
     return false;
 }
 
@@ -273,12 +274,12 @@ std::string gf_receiveFromRt() {
     std::string text(kReplyBytes, '\0');
     const SocketResult result = gf_receive(gClientSocket, text.data(), static_cast<i64>(text.size()));
     if (result.bytes < 0) {
-        gf_log(fmt::format("receive: {}", gf_winsockMessage(result.error)));
+        if (gf_mayLog(LogKind::rtReply)) gf_log(fmt::format("receive: {}", gf_winsockMessage(result.error)));
         return {};
     }
     const auto size = static_cast<std::size_t>(result.bytes);
     if (size == kReplyBytes) {
-        gf_log(fmt::format("receive: buffer overrun: {}", size));
+        if (gf_mayLog(LogKind::rtOverrun)) gf_log(fmt::format("receive: buffer overrun: {}", size));
         return {};
     }
     text.resize(size);
@@ -315,11 +316,12 @@ void lf_processRTVersion(const std::string& reply) {
         gFeedClock = true;
         const auto found = version.find("version");
         const bool isText = found != version.end() && found->is_string();
-        gWindow.rtVersionText.set(isText ? found->get_ref<const std::string&>() : std::string());
+        gWindow.rtVersionText.set(isText ? gf_quoted(found->get_ref<const std::string&>()) : std::string());
         gf_repaint(Band::realTraffic);
     } catch (const std::exception& e) {
         lf_noFeedClock();
-        gf_log(fmt::format("{}: JSON parse failed: {}", "lf_processRTVersion", e.what()));
+        if (!gf_mayLog(LogKind::rtVersion)) return;
+        gf_log(fmt::format("{}: JSON parse failed: {}", "lf_processRTVersion", gf_quoted(e.what())));
     }
 }
 

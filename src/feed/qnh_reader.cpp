@@ -11,6 +11,7 @@
 #include "core/model/run_state.h"
 #include "feed/traffic_reader.h"
 #include "shell/log.h"
+#include "shell/text.h"
 #include "shell/window_state.h"
 
 namespace hcr {
@@ -38,11 +39,13 @@ std::optional<f64> lf_sentQnh(const nlohmann::json& report, std::string_view dat
         if (found->is_string()) {
             const std::string& text = found->get_ref<const std::string&>();
             const std::optional<f64> value = lf_integer(text);
-            if (!value) gf_logError(fmt::format("QNH string parse error: {} in {}", text, datagram));
+            if (!value && gf_mayLog(LogKind::qnhText)) {
+                gf_logError(fmt::format("QNH string parse error: {} in {}", gf_quoted(text), gf_quoted(datagram)));
+            }
             return value;
         }
     }
-    gf_log(fmt::format("no QNH {}", datagram));
+    if (gf_mayLog(LogKind::noQnh)) gf_log(fmt::format("no QNH {}", gf_quoted(datagram)));
     return {};
 }
 
@@ -71,7 +74,8 @@ void QnhReader::handleText() {
         const nlohmann::json report = nlohmann::json::parse(text);
         if (const std::optional<f64> sent = lf_sentQnh(report, text)) lf_takeQnh(*this, lf_hectopascals(*sent));
     } catch (const std::exception& e) {
-        gf_log(fmt::format("Exception {}, in {}", e.what(), text));
+        if (!gf_mayLog(LogKind::qnhReport)) return;
+        gf_log(fmt::format("Exception {}, in {}", gf_quoted(e.what()), gf_quoted(text)));
     }
 }
 

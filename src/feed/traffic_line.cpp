@@ -9,7 +9,6 @@
 #include <cmath>
 #include <cstring>
 #include <optional>
-#include <stdexcept>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -20,6 +19,7 @@
 #include "core/model/tables.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
+#include "shell/text.h"
 
 namespace hcr {
 namespace {
@@ -136,8 +136,8 @@ std::optional<f64> lf_plainNumber(const char* at, const char* end) {
 }
 
 #ifdef __SSE2__
-constexpr std::size_t kShortNumber = 15;                     // characters, sign and point included
-constexpr std::size_t kReadAhead = 1 + kShortNumber + 16;    // bytes from its start that are looked at
+constexpr std::size_t kShortNumber = 15;                   // characters, sign and point included
+constexpr std::size_t kReadAhead = 1 + kShortNumber + 16;  // bytes from its start that are looked at
 constexpr std::size_t kWordDigits = sizeof(u64);
 
 // The value of up to eight digits, without a decision that depends on their number: the first digit stands in the
@@ -156,7 +156,7 @@ u64 lf_digits(const char* at, unsigned count) {
 // The same as lf_plainNumber for most numbers; every length of their parts takes the same road, since a wrong guess of
 // the processor costs more than all of it. kReadAhead bytes must be readable.
 std::optional<f64> lf_shortNumber(const char* at, std::size_t length) {
-    static constexpr std::array<u64, kWordDigits + 1> kWholePowers{1,       10,       100,       1000,     10000,
+    static constexpr std::array<u64, kWordDigits + 1> kWholePowers{1,      10,      100,      1000,     10000,
                                                                    100000, 1000000, 10000000, 100000000};
     const bool negative = *at == '-';
     at += negative;
@@ -193,10 +193,6 @@ std::optional<f64> lf_number(std::string_view field, [[maybe_unused]] const char
     return value;
 }
 
-[[noreturn]] void lf_throw(std::string_view name, std::string_view field) {
-    throw std::runtime_error(fmt::format("{}:{}", name, field));
-}
-
 std::string_view lf_text(std::string_view field) {
     return field.size() == 4 && lf_word(field) == lf_word("null") ? std::string_view{} : field;
 }
@@ -216,6 +212,22 @@ u64 lf_commas(const char* characters, std::size_t count) {
 #endif
     for (; at < count; ++at) commas |= u64{characters[at] == ','} << at;
     return commas;
+}
+
+bool lf_holdsControls(const char* at, const char* end) {
+    constexpr u8 kLastControl = 0x1F, kDelete = 0x7F;
+#ifdef __SSE2__
+    const __m128i lastControl = _mm_set1_epi8(kLastControl), del = _mm_set1_epi8(kDelete);
+    __m128i found = _mm_setzero_si128();
+    for (; end - at >= static_cast<std::ptrdiff_t>(sizeof found); at += sizeof found) {
+        __m128i bytes;
+        std::memcpy(&bytes, at, sizeof bytes);
+        const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(bytes, lastControl), bytes);
+        found = _mm_or_si128(found, _mm_or_si128(isControl, _mm_cmpeq_epi8(bytes, del)));
+    }
+    if (_mm_movemask_epi8(found) != 0) return true;
+#endif
+    return std::any_of(at, end, [](char c) { return static_cast<u8>(c) <= kLastControl || c == kDelete; });
 }
 
 // Finds the commas of 64 characters at once, without a decision that depends on them: a search for each one, a comma
@@ -254,33 +266,57 @@ std::optional<f64> lf_number(const DecodedLine& line, Field field) {
     return lf_number(line.fields[field], text.data() + text.size());
 }
 
-f64 lf_number(const DecodedLine& line, Field field, const char* name, const Limits& limits) {
-    const std::optional<f64> value = lf_number(line, field);
-    if (!value || !lf_within(*value, limits)) lf_throw(name, line.fields[field]);
-    return *value;
-}
-
 bool lf_drop(DecodedLine& line, LineDrop reason) {
     line.drop = reason;
     return false;
 }
 
-void lf_takeTimestamp(DecodedLine& line) {
-    line.timestamp = lf_number(line, kTimestamp, "timestamp", kTimestampLimits);
-    gLastTimestamp.store(line.timestamp, std::memory_order_relaxed);
+// Drops the line for a fault, whose text is asked for only when it is logged.
+template <typename Fault>
+bool lf_refuse(DecodedLine& line, Fault fault) {
+    if (gf_mayLog(LogKind::trafficLine)) gf_log("exception in processLineSub: " + fault());
+    return lf_drop(line, LineDrop::badField);
 }
 
-void lf_takePosition(DecodedLine& line) {
+bool lf_refuse(DecodedLine& line, const char* fault, Field field) {
+    return lf_refuse(line, [&] { return fault + gf_quoted(line.fields[field]); });
+}
+
+// False, and told with the fault's text, for what is no number or outside of the limits.
+bool lf_take(DecodedLine& line, Field field, const Limits& limits, const char* fault, f64& target) {
+    const std::optional<f64> value = lf_number(line, field);
+    if (!value || !lf_within(*value, limits)) return lf_refuse(line, fault, field);
+    target = *value;
+    return true;
+}
+
+// Whether no control byte stands in the fields of text, which lie side by side but for the category. A callsign that
+// begins with a zero would make an object that nobody can find again; others end lines of the log or steer a terminal.
+bool lf_textsArePlain(const DecodedLine& line) {
+    const std::string_view last = line.fields[kMessageType];
+    const char* const begin = line.fields[kCallsign].data();
+    return !lf_holdsControls(begin, last.data() + last.size()) &&
+           !lf_holdsControls(line.fields[kCategory].begin(), line.fields[kCategory].end());
+}
+
+bool lf_takeTimestamp(DecodedLine& line) {
+    if (!lf_take(line, kTimestamp, kTimestampLimits, "timestamp:", line.timestamp)) return false;
+    gLastTimestamp.store(line.timestamp, std::memory_order_relaxed);
+    return true;
+}
+
+bool lf_takePosition(DecodedLine& line) {
     const std::optional<f64> lat = lf_number(line, kLat);
-    if (!lat) lf_throw("lat", line.fields[kLat]);
+    if (!lat) return lf_refuse(line, "lat:", kLat);
     const std::optional<f64> lon = lf_number(line, kLon);
-    if (!lon) lf_throw("lon", line.fields[kLon]);
+    if (!lon) return lf_refuse(line, "lon:", kLon);
     const bool onEarth = std::fabs(*lat) <= 90 && std::fabs(*lon) <= 180;
     if (!onEarth || !positionKnown(*lat, *lon)) {
-        throw std::runtime_error(fmt::format("invalid lalo: {:.6f},{:.6f}", *lat, *lon));
+        return lf_refuse(line, [&] { return fmt::format("invalid lalo: {:.6f},{:.6f}", *lat, *lon); });
     }
     line.sample.lat = *lat;
     line.sample.lon = *lon;
+    return true;
 }
 
 bool lf_nearUser(DecodedLine& line) {
@@ -320,23 +356,34 @@ bool lf_takeModel(DecodedLine& line) {
     return true;
 }
 
-void lf_takeTrueHeading(DecodedLine& line) {
-    if (line.fields[kMessageType] != "adsb_icao") return;
-    const std::string_view field = line.fields[kTrueHeading];
+// "adsb_icao", or the same behind a letter for its source as in "X_adsb_icao".
+bool lf_isAdsb(std::string_view messageType) {
+    constexpr std::string_view kAdsb = "adsb_icao";
+    constexpr std::size_t kSourceLength = 2;
+    if (!messageType.ends_with(kAdsb)) return false;
+    const std::string_view source = messageType.substr(0, messageType.size() - kAdsb.size());
+    if (source.empty()) return true;
+    const char letter = static_cast<char>(source[0] | 0x20);  // in lower case
+    return source.size() == kSourceLength && letter >= 'a' && letter <= 'z' && source[1] == '_';
+}
+
+bool lf_takeTrueHeading(DecodedLine& line) {
+    if (!lf_isAdsb(line.fields[kMessageType])) return true;
     const std::optional<f64> degrees = lf_number(line, kTrueHeading);
-    if (!degrees) lf_throw("trueheading", field);
-    if (*degrees > 360) throw std::runtime_error(fmt::format("trueheading: {:.2f}", *degrees));
-    if (*degrees < 0) return;
+    if (!degrees) return lf_refuse(line, "trueheading:", kTrueHeading);
+    if (*degrees > 360) return lf_refuse(line, [&] { return fmt::format("trueheading: {:.2f}", *degrees); });
+    if (*degrees < 0) return true;
     PosSample& s = line.sample;
     s.trueHeading = *degrees == 0 ? 2 * kPi : *degrees * kDegToRad;  // 0 would look like a missing one
     s.trueHeadingValid = s.adsb = true;
+    return true;
 }
 
 bool lf_takeHexid(DecodedLine& line) {
     const std::string_view field = line.fields[kHexid];
     u32& hexid = line.hexid;
     const auto result = std::from_chars(field.data(), field.data() + field.size(), hexid);
-    if (result.ec != std::errc()) throw std::runtime_error(fmt::format("hexid incorrect{}", field));
+    if (result.ec != std::errc()) return lf_refuse(line, "hexid incorrect", kHexid);
     return hexid > kLastStaticId || lf_drop(line, LineDrop::parkedId);
 }
 
@@ -344,10 +391,12 @@ bool lf_takeHexid(DecodedLine& line) {
 bool lf_decodeAltitude(DecodedLine& line) {
     constexpr f64 kNoFieldFt = -1000;  // below every altitude that is tested, so that the test fails
     const TrafficReader& reader = line.reader;
-    const std::string_view field = line.fields[kAltitude];
     const std::optional<f64> feet = lf_number(line, kAltitude);
     if (!feet || !lf_within(*feet, kAltitudeLimits)) {
-        throw std::runtime_error(fmt::format("altitude {} incorrect, from: {}", field, reader.text));
+        return lf_refuse(line, [&] {
+            return fmt::format("altitude {} incorrect, from: {}", gf_quoted(line.fields[kAltitude]),
+                               gf_quoted(reader.text));
+        });
     }
     const bool fieldKnown = reader.parkAirportAltValid;
     const f64 fieldFt = reader.parkAirportAlt;
@@ -386,23 +435,24 @@ bool lf_groundIsShown(DecodedLine& line) {
     return shown || lf_drop(line, LineDrop::onGround);
 }
 
-void lf_takeTrack(DecodedLine& line) {
+bool lf_takeTrack(DecodedLine& line) {
     PosSample& s = line.sample;
     const std::string_view field = line.fields[kTrack];
     const std::optional<f64> track = field.empty() ? 0.0 : lf_number(line, kTrack);
-    if (!track || !lf_within(*track, kTrackLimits)) {
-        throw std::runtime_error(fmt::format("track incorrect {}", field));
-    }
+    if (!track || !lf_within(*track, kTrackLimits)) return lf_refuse(line, "track incorrect ", kTrack);
     s.track = *track == 0 && s.trueHeadingValid ? s.trueHeading * kRadToDeg : *track;
+    return true;
 }
 
-void lf_takeRoll(DecodedLine& line) {
+bool lf_takeRoll(DecodedLine& line) {
     PosSample& s = line.sample;
-    if (!s.airborne) return;
-    const f64 degrees = lf_number(line, kRoll, "roll", kRollLimits);
-    if (degrees == -1 || degrees == 0) return;
+    if (!s.airborne) return true;
+    f64 degrees = 0;
+    if (!lf_take(line, kRoll, kRollLimits, "roll:", degrees)) return false;
+    if (degrees == -1 || degrees == 0) return true;
     s.roll = -degrees * kDegToRad;
     s.rollValid = true;
+    return true;
 }
 
 f64 lf_usualTas(f64 alt) {
@@ -411,14 +461,13 @@ f64 lf_usualTas(f64 alt) {
     return row == std::end(kUsualTas) ? kUsualTasHigh : row->tas;
 }
 
-void lf_takeTas(DecodedLine& line) {
+bool lf_takeTas(DecodedLine& line) {
     PosSample& s = line.sample;
     const std::optional<f64> tas = lf_number(line, kTas);
     const bool unknown = tas == -1.0;
-    if (!tas || (!unknown && !lf_within(*tas, kSpeedLimits))) {
-        throw std::runtime_error(fmt::format("TAS incorrect{}", line.fields[kTas]));
-    }
+    if (!tas || (!unknown && !lf_within(*tas, kSpeedLimits))) return lf_refuse(line, "TAS incorrect", kTas);
     s.tas = unknown ? lf_usualTas(s.alt) : *tas;
+    return true;
 }
 
 // This thread alone writes the counters; so it needs no locked addition.
@@ -454,29 +503,29 @@ bool lf_queue(DecodedLine& line) {
     return true;
 }
 
-bool lf_decode(DecodedLine& line) {
-    lf_takeTimestamp(line);
-    lf_takePosition(line);
-    if (!lf_nearUser(line) || !lf_takeRegistration(line)) return false;
-    lf_collectCallsign(line);
-    if (!lf_takeModel(line)) return false;
-    lf_takeTrueHeading(line);
-    if (!lf_takeHexid(line)) return false;
-    line.sample.speed = lf_number(line, kGroundSpeed, "gs", kSpeedLimits);
-    if (!lf_decodeAltitude(line) || !lf_takeCallsign(line) || !lf_groundIsShown(line)) return false;
-    lf_takeTrack(line);
-    line.sample.vs = lf_number(line, kVs, "vs", kVsLimits);
+void lf_takeRoute(DecodedLine& line) {
     line.from = lf_text(line.fields[kFrom]);
     line.to = lf_text(line.fields[kTo]);
-    lf_takeRoll(line);
-    lf_takeTas(line);
-    return lf_queue(line);
+}
+
+bool lf_decode(DecodedLine& line) {
+    if (!lf_textsArePlain(line)) return lf_drop(line, LineDrop::controlByte);
+    if (!lf_takeTimestamp(line) || !lf_takePosition(line)) return false;
+    if (!lf_nearUser(line) || !lf_takeRegistration(line)) return false;
+    lf_collectCallsign(line);
+    if (!lf_takeModel(line) || !lf_takeTrueHeading(line) || !lf_takeHexid(line)) return false;
+    if (!lf_take(line, kGroundSpeed, kSpeedLimits, "gs:", line.sample.speed)) return false;
+    if (!lf_decodeAltitude(line) || !lf_takeCallsign(line) || !lf_groundIsShown(line)) return false;
+    if (!lf_takeTrack(line) || !lf_take(line, kVs, kVsLimits, "vs:", line.sample.vs)) return false;
+    lf_takeRoute(line);
+    return lf_takeRoll(line) && lf_takeTas(line) && lf_queue(line);
 }
 
 }  // namespace
 
 void processLine(TrafficReader& reader) {
     lf_count(gFeedCounters.received);
+    while (reader.text.ends_with('\n') || reader.text.ends_with('\r')) reader.text.remove_suffix(1);
     if (reader.text.find(" VEH") != std::string_view::npos) return lf_count(LineDrop::vehicle);
     lf_split(reader.text, reader.fields);
     processLineSub(reader);
@@ -489,7 +538,7 @@ void processLineSub(TrafficReader& reader) {
         if (!lf_decode(line)) return lf_count(line.drop);
         lf_count(gFeedCounters.accepted);
     } catch (const std::exception& e) {
-        gf_log(fmt::format("exception in processLineSub: {}", e.what()));
+        if (gf_mayLog(LogKind::trafficLine)) gf_log(fmt::format("exception in processLineSub: {}", e.what()));
         lf_count(LineDrop::badField);
     }
 }

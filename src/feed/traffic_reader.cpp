@@ -22,6 +22,8 @@ const char* gf_lineDropName(LineDrop reason) {
             return "vehicle";
         case LineDrop::tooFewFields:
             return "too few fields";
+        case LineDrop::controlByte:
+            return "control byte";
         case LineDrop::badField:
             return "bad field";
         case LineDrop::outOfRange:

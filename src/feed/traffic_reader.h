@@ -15,7 +15,8 @@ namespace hcr {
 enum class LineDrop : i32 {
     vehicle,  ///< " VEH"
     tooFewFields,
-    badField,  ///< a field that threw, logged
+    controlByte,  ///< a text with a byte that no text has
+    badField,     ///< a field that can't be read, logged
     outOfRange,
     registration,  ///< longer than 12 characters
     noAircraft,    ///< type or emitter category is none

@@ -75,7 +75,7 @@ void lf_bind(UdpReader& reader) {
 void lf_handleDatagram(UdpReader& reader, i64 size) {
     if (size == 0) return;
     if (size >= kDatagramLimit) {
-        gf_logIfRunning(fmt::format("buffer overrun: {} bytes", size));
+        if (gf_mayLog(LogKind::feedOverrun)) gf_logIfRunning(fmt::format("buffer overrun: {} bytes", size));
         return;
     }
     reader.buffer[static_cast<std::size_t>(size)] = '\0';

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "liveries/aircraft_cfg_file.h"
 #include "liveries/scan.h"
 #include "shell/log.h"
@@ -19,44 +21,52 @@ struct Worker {
     }
 };
 
-void lf_readFile(CfgFile& file, std::vector<LiveryData>& liveries) {
-    if (!lf_readCfgText(file) || !lf_checkSectionNumbers(file)) return;
-    file.type = lf_typeFromFile(file);
-    if (!file.type.empty()) lf_splitSections(file, lf_procesFltSimSection, liveries);
-}
-
-void lf_readIvaoFile(CfgFile& file, std::vector<LiveryData>& liveries) {
-    file.type = lf_typeFromIvaoPath(file);
-    if (file.type.empty() || !lf_readCfgText(file) || !lf_checkSectionNumbers(file)) return;
-    lf_splitSections(file, lf_ivaoSection, liveries);
-}
-
 }  // namespace
 
-std::vector<LiveryData> lf_searchLiveriesinFile(i32 folderOrder, const std::filesystem::path& path) {
+void gf_takeOver(CfgContent content, std::vector<LiveryData>& liveries) {
+    for (ReportLine& line : content.reports) line.list->push_back(std::move(line.text));
+    for (FoundLivery& found : content.liveries) {
+        if (seenTitles.insert(found.livery.title).second) {
+            liveries.push_back(std::move(found.livery));
+        } else {
+            gIncompleteSections.push_back(std::move(found.doubled));
+        }
+    }
+}
+
+void lf_readSections(CfgFile& file) {
+    if (!lf_checkSectionNumbers(file)) return;
+    file.type = lf_typeFromFile(file);
+    if (!file.type.empty()) lf_splitSections(file, lf_procesFltSimSection);
+}
+
+void lf_readIvaoSections(CfgFile& file) {
+    if (lf_checkSectionNumbers(file)) lf_splitSections(file, lf_ivaoSection);
+}
+
+CfgContent lf_searchLiveriesinFile(i32 folderOrder, const std::filesystem::path& path) {
     const Worker worker;
-    std::vector<LiveryData> liveries;
     CfgFile file = lf_cfgFile(folderOrder, path);
     try {
-        lf_readFile(file, liveries);
+        if (lf_readCfgText(file)) lf_readSections(file);
     } catch (const std::exception& exception) {
         gf_logError(fmt::format("! Exception in lf_searchLiveriesinFile {}: {}", file.shownPath, exception.what()));
     }
-    return liveries;
+    return std::move(file.content);
 }
 
-std::vector<LiveryData> lf_searchLiveriesinIVAOFile(i32 folderOrder, const std::filesystem::path& path) {
+CfgContent lf_searchLiveriesinIVAOFile(i32 folderOrder, const std::filesystem::path& path) {
     const Worker worker;
-    std::vector<LiveryData> liveries;
     CfgFile file = lf_cfgFile(folderOrder, path);
     try {
-        lf_readIvaoFile(file, liveries);
+        file.type = lf_typeFromIvaoPath(file);
+        if (!file.type.empty() && lf_readCfgText(file)) lf_readIvaoSections(file);
     } catch (const std::exception& exception) {
         gf_logError(fmt::format("! Exception in lf_searchLiveriesinIVAOFile {}: {}", file.shownPath, exception.what()));
     } catch (...) {
         gf_logError(fmt::format("! Unknown exception in lf_searchLiveriesinIVAOFile {}", file.shownPath));
     }
-    return liveries;
+    return std::move(file.content);
 }
 
 }  // namespace hcr

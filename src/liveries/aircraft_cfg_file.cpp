@@ -22,7 +22,7 @@ constexpr std::size_t kLongestShownBytes = 250;
 constexpr std::size_t kLongestTitleBytes = 255;
 constexpr std::size_t kLongestRegistration = 12;
 
-/// The lines of a text that hold a "[", each with its place.
+/// The lines of a text that hold a "[" and no key before it, each with its place.
 struct BracketLines {
     std::string_view text;
     std::size_t from = 0;
@@ -33,13 +33,15 @@ struct BracketLines {
 
     /// False behind the last one.
     bool next(Line& line) {
-        const std::size_t bracket = text.find('[', from);
-        if (bracket == std::string_view::npos) return false;
-        const std::size_t before = text.substr(from, bracket - from).rfind('\n');
-        line.begin = before == std::string_view::npos ? from : from + before + 1;
-        line.end = std::min(text.find('\n', bracket), text.size());
-        from = std::min(line.end + 1, text.size());
-        return true;
+        for (;;) {
+            const std::size_t bracket = text.find('[', from);
+            if (bracket == std::string_view::npos) return false;
+            const std::size_t before = text.substr(from, bracket - from).rfind('\n');
+            line.begin = before == std::string_view::npos ? from : from + before + 1;
+            line.end = std::min(text.find('\n', bracket), text.size());
+            from = std::min(line.end + 1, text.size());
+            if (!gf_endsInCfgValue(text.substr(line.begin, bracket - line.begin))) return true;
+        }
     }
 
     std::string_view at(const Line& line) const {
@@ -84,7 +86,6 @@ bool lf_refuseTooLarge(CfgFile& file) {
 CfgFile lf_cfgFile(i32 folderOrder, const std::filesystem::path& path) {
     CfgFile file;
     file.folderOrder = folderOrder;
-    file.scan = gScanNumber;
     file.path = path;
     file.shownPath = gf_shownPath(path);
     file.folder = gf_shownPath(path.parent_path());
@@ -112,22 +113,17 @@ bool lf_readCfgText(CfgFile& file) {
 }
 
 void lf_report(CfgFile& file, ReportList& list, std::string line) {
-    ++file.reports;
-    if (file.reports <= kMostReportsOfAFile) {
-        gf_addReportLine(list, std::move(line), file.scan);
-    } else if (file.reports == kMostReportsOfAFile + 1) {
-        gf_addReportLine(gInvalidFiles,
-                         fmt::format("{} has more than {} faults, the others aren't listed", file.shownPath,
-                                     kMostReportsOfAFile),
-                         file.scan);
+    std::vector<ReportLine>& reports = file.content.reports;
+    if (reports.size() < kMostReportsOfAFile) {
+        reports.push_back({&list, std::move(line)});
+    } else if (reports.size() == kMostReportsOfAFile) {
+        reports.push_back({&gInvalidFiles, fmt::format("{} has more than {} faults, the others aren't listed",
+                                                       file.shownPath, kMostReportsOfAFile)});
     }
 }
 
 std::string lf_shown(std::string_view text) {
-    if (text.size() <= kLongestShownBytes) return std::string(text);
-    std::size_t end = kLongestShownBytes;
-    while (end > 0 && (static_cast<u8>(text[end]) & 0xC0U) == 0x80) --end;
-    return std::string(text.substr(0, end)) + "...";
+    return gf_quoted(text, kLongestShownBytes);
 }
 
 bool lf_checkSectionNumbers(CfgFile& file) {
@@ -161,14 +157,14 @@ bool lf_checkSectionNumbers(CfgFile& file) {
     return true;
 }
 
-void lf_splitSections(CfgFile& file, SectionReader reader, std::vector<LiveryData>& liveries) {
+void lf_splitSections(CfgFile& file, SectionReader reader) {
     constexpr std::size_t kNone = std::string_view::npos;
     const std::string_view text = file.text;
     std::size_t begin = kNone;  // of the open section
     const auto close = [&](std::size_t end) {
         if (begin == kNone) return;
-        if (std::optional<LiveryData> livery = reader(file, text.substr(begin, end - begin))) {
-            liveries.push_back(std::move(*livery));
+        if (std::optional<FoundLivery> livery = reader(file, text.substr(begin, end - begin))) {
+            file.content.liveries.push_back(std::move(*livery));
         }
         begin = kNone;
     };
@@ -246,13 +242,8 @@ void lf_reportAirline(CfgFile& file, std::string_view code, std::string_view hea
     lf_report(file, gInvalidAirlines, fmt::format("{:12} in {} {}", lf_shown(code), file.shownPath, lf_shown(header)));
 }
 
-std::optional<LiveryData> lf_addLivery(const CfgFile& file, std::string airline, std::string title, std::string atcid,
-                                       bool cargo) {
-    {
-        const std::lock_guard lock(gSeenTitlesMutex);
-        if (file.scan != gScanNumber || !seenTitles.insert(title).second) return std::nullopt;
-    }
-    return LiveryData{std::move(airline), file.type, std::move(title), std::move(atcid), file.folderOrder, cargo};
+LiveryData lf_livery(const CfgSection& section, bool cargo) {
+    return {section.airline, section.file.type, section.title, section.atcid, section.file.folderOrder, cargo};
 }
 
 }  // namespace hcr

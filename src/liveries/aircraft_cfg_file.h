@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "liveries/aircraft_cfg.h"
 #include "liveries/cfg_keys.h"
 #include "liveries/livery_data.h"
 #include "liveries/reports.h"
@@ -19,13 +20,12 @@ namespace hcr {
 /// The file that a reader works on.
 struct CfgFile {
     i32 folderOrder = 0;  ///< place of the package folder
-    u32 scan = 0;         ///< gScanNumber when its reading began
     std::filesystem::path path;
-    std::string shownPath;    ///< UTF-8
-    std::string folder;       ///< UTF-8
-    std::string type;         ///< of all its sections
-    std::string text;         ///< UTF-8; sections are pieces of it
-    std::size_t reports = 0;  ///< lines that this file has put into the reports
+    std::string shownPath;  ///< UTF-8
+    std::string folder;     ///< UTF-8
+    std::string type;       ///< of all its sections
+    std::string text;       ///< UTF-8; sections are pieces of it
+    CfgContent content;     ///< what was found so far
 };
 CfgFile lf_cfgFile(i32 folderOrder, const std::filesystem::path& path);
 
@@ -41,12 +41,15 @@ std::string lf_shown(std::string_view text);
 bool lf_checkSectionNumbers(CfgFile& file);
 
 /// The livery of one section, which starts with its header line; nothing if it has none that can be used.
-using SectionReader = std::optional<LiveryData> (*)(CfgFile& file, std::string_view text);
-std::optional<LiveryData> lf_procesFltSimSection(CfgFile& file, std::string_view text);
+using SectionReader = std::optional<FoundLivery> (*)(CfgFile& file, std::string_view text);
+std::optional<FoundLivery> lf_procesFltSimSection(CfgFile& file, std::string_view text);
 /// By the rules of the IVAO package. An exception, for want of memory say, ends the file.
-std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text);
-/// Hands each section to the reader and appends what it finds.
-void lf_splitSections(CfgFile& file, SectionReader reader, std::vector<LiveryData>& liveries);
+std::optional<FoundLivery> lf_ivaoSection(CfgFile& file, std::string_view text);
+/// Hands each section to the reader and appends what it finds to the content.
+void lf_splitSections(CfgFile& file, SectionReader reader);
+/// What the two readers of files do with the text, which is there; that of the IVAO package with the type, too.
+void lf_readSections(CfgFile& file);
+void lf_readIvaoSections(CfgFile& file);
 
 /// What the lines of a section tell.
 struct CfgSection {
@@ -57,11 +60,15 @@ struct CfgSection {
 
     /// A fault of the section. The first two places in its text are the folder and the header line.
     template <typename... Args>
-    void report(fmt::format_string<const std::string&, const std::string&, const Args&...> fault,
-                const Args&... args) const {
+    std::string fault(fmt::format_string<const std::string&, const std::string&, const Args&...> words,
+                      const Args&... args) const {
         const std::string shownHeader = lf_shown(header);
-        lf_report(file, gIncompleteSections,
-                  fmt::vformat(fault, fmt::make_format_args(file.folder, shownHeader, args...)));
+        return fmt::vformat(words, fmt::make_format_args(file.folder, shownHeader, args...));
+    }
+    template <typename... Args>
+    void report(fmt::format_string<const std::string&, const std::string&, const Args&...> words,
+                const Args&... args) const {
+        lf_report(file, gIncompleteSections, fault(words, args...));
     }
 };
 /// What a line means for the rest of its section.
@@ -83,9 +90,7 @@ bool lf_checkAtcId(std::string_view value, std::string& result);
 /// A value with blanks in it is taken for a comma list, and each piece trimmed.
 std::string lf_normalized(std::string_view value);
 void lf_reportAirline(CfgFile& file, std::string_view code, std::string_view header);
-/// The livery if no section of this scan has shown the title before, else nothing.
-std::optional<LiveryData> lf_addLivery(const CfgFile& file, std::string airline, std::string title, std::string atcid,
-                                       bool cargo);
+LiveryData lf_livery(const CfgSection& section, bool cargo);
 
 /// The type of all sections; empty, and reported, if there is none that can be used.
 std::string lf_typeFromFile(CfgFile& file);

@@ -122,6 +122,13 @@ CfgLine gf_cfgLine(std::string_view line) {
     return {name->key, value};
 }
 
+bool gf_endsInCfgValue(std::string_view lineStart) {
+    const std::size_t equals = lineStart.find('=');
+    if (equals == std::string_view::npos) return false;
+    const std::size_t first = lineStart.find_first_not_of(" \t\v\f\r/;");
+    return first < equals;
+}
+
 bool gf_isCfgComment(std::string_view line) {
     return lf_trimLeft(line).starts_with("//");
 }

@@ -19,6 +19,8 @@ struct CfgLine {
 
 /// A line of another key, without a value or of no key at all gives CfgKey::none, and so does a comment.
 CfgLine gf_cfgLine(std::string_view line);
+/// Whether the start of a line holds a key of any name, be it in a comment, and its "=": what follows is a value.
+bool gf_endsInCfgValue(std::string_view lineStart);
 /// "//" behind any blanks.
 bool gf_isCfgComment(std::string_view line);
 

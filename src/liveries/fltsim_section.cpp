@@ -104,7 +104,7 @@ bool lf_isCargo(const std::string& parkingTypes) {
     return parkingTypes.find("CARGO") != std::string::npos && parkingTypes.find("GATE") == std::string::npos;
 }
 
-std::optional<LiveryData> lf_liveryOf(CfgSection& section) {
+std::optional<FoundLivery> lf_liveryOf(CfgSection& section) {
     if (section.title.empty()) {
         section.report("{} {} misses title");
         return std::nullopt;
@@ -113,13 +113,11 @@ std::optional<LiveryData> lf_liveryOf(CfgSection& section) {
     if (lf_isDontUseTitle(section.title)) return std::nullopt;
     if (section.airline == kUnbrandedAirline) section.atcid.clear();
     if (section.airline.empty() && !lf_guessAirline(section)) return std::nullopt;
-    std::optional<LiveryData> livery = lf_addLivery(section.file, std::move(section.airline), section.title,
-                                                    std::move(section.atcid), lf_isCargo(section.parkingTypes));
-    if (!livery) section.report("{} {} title '{}' already exists", section.title);
-    return livery;
+    return FoundLivery{lf_livery(section, lf_isCargo(section.parkingTypes)),
+                       section.fault("{} {} title '{}' already exists", section.title)};
 }
 
-std::optional<LiveryData> lf_readSection(CfgFile& file, std::string_view text) {
+std::optional<FoundLivery> lf_readSection(CfgFile& file, std::string_view text) {
     CfgSection section = lf_cfgSection(file, text);
     const NextLine next = lf_takeLines(section, lf_takeLine);
     if (section.airline.empty()) {
@@ -132,7 +130,7 @@ std::optional<LiveryData> lf_readSection(CfgFile& file, std::string_view text) {
 
 }  // namespace
 
-std::optional<LiveryData> lf_procesFltSimSection(CfgFile& file, std::string_view text) {
+std::optional<FoundLivery> lf_procesFltSimSection(CfgFile& file, std::string_view text) {
     try {
         return lf_readSection(file, text);
     } catch (const std::exception& exception) {

@@ -92,12 +92,13 @@ bool lf_hasWinglets(const std::string& folder) {
                        [&](std::string_view name) { return folder.find(name) != std::string::npos; });
 }
 
-/// Empty, and reported, if there is none.
+/// Empty, and reported, if there is none. A livery that its title calls unbranded is no airframe's.
 std::string lf_airlineOf(CfgSection& section) {
     const CfgFile& file = section.file;
     const std::string model = file.type + (lf_hasWinglets(file.folder) ? "W" : "");
     const std::string_view code = lf_airlineInTitle(section.title, model);
     if (!code.empty()) {
+        if (code == kUnbrandedAirline) section.atcid.clear();
         if (gf_isAirline(code)) return std::string(code);
         lf_reportAirline(section.file, code, section.header);
         return {};
@@ -114,7 +115,7 @@ std::string lf_airlineOf(CfgSection& section) {
 
 }  // namespace
 
-std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text) {
+std::optional<FoundLivery> lf_ivaoSection(CfgFile& file, std::string_view text) {
     CfgSection section = lf_cfgSection(file, text);
     if (lf_takeLines(section, lf_takeLine) == NextLine::giveUp || !lf_hasTexture(section)) return std::nullopt;
     if (section.title.empty()) {
@@ -122,14 +123,10 @@ std::optional<LiveryData> lf_ivaoSection(CfgFile& file, std::string_view text) {
         return std::nullopt;
     }
     if (lf_isDontUseTitle(section.title)) return std::nullopt;
-    std::string airline = lf_airlineOf(section);
-    if (airline.empty()) return std::nullopt;
-    if (airline == kUnbrandedAirline) section.atcid.clear();
+    section.airline = lf_airlineOf(section);
+    if (section.airline.empty()) return std::nullopt;
     constexpr bool kCargo = false;  // the package has none
-    std::optional<LiveryData> livery =
-        lf_addLivery(file, std::move(airline), section.title, std::move(section.atcid), kCargo);
-    if (!livery) section.report("{} {} title already exists: {}", section.title);
-    return livery;
+    return FoundLivery{lf_livery(section, kCargo), section.fault("{} {} title already exists: {}", section.title)};
 }
 
 }  // namespace hcr

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <utility>
 
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -14,17 +13,13 @@
 namespace hcr {
 
 ReportList gInvalidAirlines, gInvalidTypes, gCodeFixes, gInvalidFiles, gIncompleteSections, gFilesWithoutSections;
-std::vector<std::string> gConversions;
-std::atomic<u32> gScanNumber{0};
-std::mutex gSeenTitlesMutex;
+ReportList gConversions;
 std::set<std::string, std::less<>> seenTitles;
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 /// Throws when the file can't be written; its folder is made when it is missing.
-void lf_writeLines(const Lines& lines, const std::filesystem::path& path) {
+void lf_writeLines(const ReportList& lines, const std::filesystem::path& path) {
     std::filesystem::create_directories(path.parent_path());
     std::string text;
     for (const std::string& line : lines) {
@@ -35,7 +30,7 @@ void lf_writeLines(const Lines& lines, const std::filesystem::path& path) {
 }
 
 /// The same for reports whose absence speaks for itself.
-void lf_tryWriteLines(const Lines& lines, const std::filesystem::path& path) {
+void lf_tryWriteLines(const ReportList& lines, const std::filesystem::path& path) {
     try {
         lf_writeLines(lines, path);
     } catch (const std::exception& fault) {
@@ -43,24 +38,19 @@ void lf_tryWriteLines(const Lines& lines, const std::filesystem::path& path) {
     }
 }
 
-void lf_writeSorted(Lines& lines, const std::filesystem::path& path) {
+void lf_writeSorted(ReportList& lines, const std::filesystem::path& path) {
     std::sort(lines.begin(), lines.end());
     lf_tryWriteLines(lines, path);
 }
 
-Lines lf_take(ReportList& list) {
-    const std::lock_guard lock(list.mutex);
-    return std::exchange(list.lines, {});
-}
-
-void lf_reportCodes(Lines lines, const std::filesystem::path& path, const char* what) {
+void lf_reportCodes(ReportList& lines, const std::filesystem::path& path, const char* what) {
     if (lines.empty()) return;
     lf_writeSorted(lines, path);
     gf_log(
         fmt::format("{} invalid {} code{}, see {}", lines.size(), what, gf_plural(lines.size()), gf_pathToUtf8(path)));
 }
 
-void lf_reportFixes(const Lines& lines, const std::filesystem::path& path) {
+void lf_reportFixes(const ReportList& lines, const std::filesystem::path& path) {
     if (lines.empty()) return;
     try {
         lf_writeLines(lines, path);
@@ -70,13 +60,13 @@ void lf_reportFixes(const Lines& lines, const std::filesystem::path& path) {
     }
 }
 
-void lf_reportFiles(Lines lines, const std::filesystem::path& path, const char* what) {
+void lf_reportFiles(ReportList& lines, const std::filesystem::path& path, const char* what) {
     if (lines.empty()) return;
     lf_writeSorted(lines, path);
     gf_log(fmt::format("{} {} aircraft.cfg files, see {}", lines.size(), what, gf_pathToUtf8(path)));
 }
 
-void lf_reportIncompleteSections(Lines lines, const std::filesystem::path& path) {
+void lf_reportIncompleteSections(ReportList& lines, const std::filesystem::path& path) {
     if (lines.empty()) return;
     const std::size_t faults = lines.size();  // the user wants to know how many sections there are, not how many lines
     std::sort(lines.begin(), lines.end());
@@ -94,36 +84,26 @@ void lf_reportConversions(const std::filesystem::path& path) {
 
 }  // namespace
 
-void gf_addReportLine(ReportList& list, std::string line, u32 scan) {
-    const std::lock_guard lock(list.mutex);
-    if (scan == gScanNumber) list.lines.push_back(std::move(line));
-}
-
 void gf_writeScanReports() {
     const FileNames& files = gFiles();
-    Lines airlines = lf_take(gInvalidAirlines), types = lf_take(gInvalidTypes), fixes = lf_take(gCodeFixes),
-          invalidFiles = lf_take(gInvalidFiles), sections = lf_take(gIncompleteSections);
-    const bool faultless =
-        airlines.empty() && types.empty() && fixes.empty() && invalidFiles.empty() && sections.empty();
+    const bool faultless = gInvalidAirlines.empty() && gInvalidTypes.empty() && gCodeFixes.empty() &&
+                           gInvalidFiles.empty() && gIncompleteSections.empty();
     gf_log(faultless ? "\nNo errors" : "\nErrors:");
-    lf_reportCodes(std::move(airlines), files.invalidAirlines, "airline");
-    lf_reportCodes(std::move(types), files.invalidTypes, "model");
-    lf_reportFixes(fixes, files.fixes);
-    lf_reportFiles(std::move(invalidFiles), files.invalidFiles, "invalid");
-    lf_reportIncompleteSections(std::move(sections), files.incompleteSections);
+    lf_reportCodes(gInvalidAirlines, files.invalidAirlines, "airline");
+    lf_reportCodes(gInvalidTypes, files.invalidTypes, "model");
+    lf_reportFixes(gCodeFixes, files.fixes);
+    lf_reportFiles(gInvalidFiles, files.invalidFiles, "invalid");
+    lf_reportIncompleteSections(gIncompleteSections, files.incompleteSections);
     gf_log("\nInformation:");
-    lf_reportFiles(lf_take(gFilesWithoutSections), files.noFltsimSection, "empty");
+    lf_reportFiles(gFilesWithoutSections, files.noFltsimSection, "empty");
     lf_reportConversions(files.airlineModelConversions);
 }
 
 void gf_clearScanLists() {
-    ++gScanNumber;
     for (ReportList* list : {&gInvalidAirlines, &gInvalidTypes, &gCodeFixes, &gInvalidFiles, &gIncompleteSections,
-                             &gFilesWithoutSections}) {
-        lf_take(*list);
+                             &gFilesWithoutSections, &gConversions}) {
+        *list = {};
     }
-    gConversions = {};
-    const std::lock_guard lock(gSeenTitlesMutex);
     seenTitles.clear();
 }
 

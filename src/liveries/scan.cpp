@@ -102,9 +102,9 @@ bool lf_isFolder(const std::filesystem::path& path) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     if (std::filesystem::is_directory(status)) return true;
-    gf_log(fmt::format("{}{}", gf_shownPath(path),
-                       std::filesystem::exists(status) ? " is not a folder name, skipped!"
-                                                       : " does not exist, skipped!"));
+    gf_log(
+        fmt::format("{}{}", gf_shownPath(path),
+                    std::filesystem::exists(status) ? " is not a folder name, skipped!" : " does not exist, skipped!"));
     return false;
 }
 
@@ -211,6 +211,7 @@ bool lf_scanFolders(const FolderList& folders) {
         return true;
     }
     if (gScanList.empty()) {
+        gf_writeScanReports();  // they tell why
         lf_clearLists();
         gWindow.liveryCount = 0;
         gf_repaint(Band::liveries);
@@ -223,9 +224,8 @@ bool lf_scanFolders(const FolderList& folders) {
 
 void gf_findLiveries(const std::filesystem::path& community) {
     gf_showMessage(fmt::format("Scanning {}for liveries ...", LIG_PRIORITIZE.current ? "prioritized " : ""), false);
-    gf_log(fmt::format(
-        "\n++++++++++++++++++++++++ liveries scan {} starts ++++++++++++++++++++++++++++++++",
-        LIG_AUTOMATIC.current ? "automatic" : "manual"));
+    gf_log(fmt::format("\n++++++++++++++++++++++++ liveries scan {} starts ++++++++++++++++++++++++++++++++",
+                       LIG_AUTOMATIC.current ? "automatic" : "manual"));
     if (!lf_scanFolders(lf_findFolders(community))) lf_failWithoutLiveries();
     gf_log("\n++++++++++++++++++++++++ liveries scan ends ++++++++++++++++++++++++++++++++\n");
     gf_logFlush();

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "liveries/livery_data.h"
+#include "liveries/aircraft_cfg.h"
 
 namespace hcr {
 
@@ -15,7 +15,7 @@ namespace hcr {
 // scan and take file by file, which from outside is the same.
 
 /// Reads one file; any thread.
-using ScanReader = std::vector<LiveryData> (*)(i32 folderOrder, const std::filesystem::path& path);
+using ScanReader = CfgContent (*)(i32 folderOrder, const std::filesystem::path& path);
 
 /// What a scan reads its files with: those of the IVAO package and all others. Changed by tests only, between scans.
 struct CfgReaders {
@@ -27,13 +27,13 @@ struct ScanJob {
     ScanReader reader;
     i32 folderOrder;
     std::filesystem::path path;
-    std::promise<std::vector<LiveryData>> promise;
+    std::promise<CfgContent> promise;
     std::atomic<bool> begun{false};  ///< a worker has taken it
 };
 
 struct ScanFuture {
     std::shared_ptr<ScanJob> job;
-    std::future<std::vector<LiveryData>> liveries;
+    std::future<CfgContent> content;
 };
 
 struct ScanQueue;
@@ -52,8 +52,7 @@ struct ScanPool {
 
 ScanFuture gf_startReading(ScanPool& pool, ScanReader reader, i32 folderOrder, std::filesystem::path path);
 /// Drops the files that nobody has begun and waits half a second for the workers to end. False when some still read, as
-/// on a drive that doesn't answer: they hold no more than their own file, and what they find in it counts as long as
-/// the scan lasts.
+/// on a drive that doesn't answer: they hold no more than their own file, and what they find in it is lost.
 bool gf_endScanPool(ScanPool& pool);
 /// Whether no worker that gf_endScanPool has left behind still reads. Run thread.
 bool gf_scanWorkersEnded();

@@ -4,7 +4,6 @@
 #include <array>
 #include <cctype>
 #include <deque>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -36,14 +35,14 @@ constexpr std::string_view kFileName = "AIRCRAFT.CFG";
 /// the liveries come in as they are found.
 constexpr std::size_t kFilesAhead = 16;
 constexpr i64 kLongestReadUs = 10'000'000;
-constexpr i64 kProgressUs = 200'000;              // five times a second
+constexpr i64 kProgressUs = 200'000;                  // five times a second
 constexpr std::chrono::milliseconds kLookAround{50};  // while a file is awaited: for a stop, for progress
 constexpr char kSeparator = static_cast<char>(std::filesystem::path::preferred_separator);
 
 /// The walk of one folder.
 struct Walk {
     i32 folderOrder = 0;
-    std::string folder;              ///< as the user sees it
+    std::string folder;  ///< as the user sees it
     ScanPool pool{scanThreadLimit};
     std::deque<ScanFuture> futures;  ///< in the order of their start
     std::size_t filesRead = 0, before = gScanList.size();
@@ -63,9 +62,8 @@ bool lf_holdsAny(std::string_view path, const std::array<std::string_view, N>& t
 }
 
 bool lf_isAircraftCfg(std::string_view name) {
-    return std::equal(name.begin(), name.end(), kFileName.begin(), kFileName.end(), [](char c, char upper) {
-        return std::toupper(static_cast<unsigned char>(c)) == upper;
-    });
+    return std::equal(name.begin(), name.end(), kFileName.begin(), kFileName.end(),
+                      [](char c, char upper) { return std::toupper(static_cast<unsigned char>(c)) == upper; });
 }
 
 void lf_logAborted(const std::string& path, const char* cause) {
@@ -85,7 +83,7 @@ void lf_showProgress(Walk& walk) {
 /// False when a stop has come first. Throws when the file takes too long, from the moment when a worker has begun it.
 bool lf_await(Walk& walk, ScanFuture& future) {
     i64 deadline = 0;
-    while (future.liveries.wait_for(kLookAround) != std::future_status::ready) {
+    while (future.content.wait_for(kLookAround) != std::future_status::ready) {
         if (gf_stopAsked()) return false;
         lf_showProgress(walk);
         if (!future.job->begun) continue;
@@ -97,14 +95,13 @@ bool lf_await(Walk& walk, ScanFuture& future) {
     return true;
 }
 
-/// Takes the liveries of the oldest file.
+/// Takes over what the oldest file gives.
 void lf_collectOldest(Walk& walk, const char* complaint) {
     ScanFuture oldest = std::move(walk.futures.front());
     walk.futures.pop_front();
     try {
         if (!lf_await(walk, oldest)) return;
-        std::vector<LiveryData> found = oldest.liveries.get();
-        std::move(found.begin(), found.end(), std::back_inserter(gScanList));
+        gf_takeOver(oldest.content.get(), gScanList);
     } catch (const std::exception& fault) {
         gf_logError(fmt::format("{} {}", complaint, fault.what()));
     }

@@ -103,6 +103,11 @@ void lf_noteConversion(const LiveryData& livery, const char* what, std::string_v
     gConversions.push_back(fmt::format("{:80} {} {} {} => {}", livery.title, livery.atcid, what, from, to));
 }
 
+/// A record that doesn't say what the airframe is can't tell that the file is wrong.
+bool lf_isWhole(const DbaseRecord& record) {
+    return !record.type.empty() && !record.airl.empty();
+}
+
 void lf_applyRecord(LiveryData& livery, const DbaseRecord& record) {
     if (livery.cargo != record.cargo) {
         lf_noteConversion(livery, "cargo", lf_flagText(livery.cargo), lf_flagText(record.cargo));
@@ -180,7 +185,8 @@ std::vector<ScannedLivery> gf_readScannedLiveries(pugi::xml_document& document) 
 void gf_applyDbaseToLiveries() {
     for (LiveryData& livery : gScanList) {
         if (livery.atcid.empty()) continue;
-        if (const DbaseRecord* record = gf_dbaseRecord(livery.atcid)) lf_applyRecord(livery, *record);
+        const DbaseRecord* record = gf_dbaseRecord(livery.atcid);
+        if (record != nullptr && lf_isWhole(*record)) lf_applyRecord(livery, *record);
     }
 }
 

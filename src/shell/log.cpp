@@ -2,12 +2,15 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <limits>
 #include <mutex>
 #include <stdexcept>
 
+#include "platform/clock.h"
 #include "platform/files.h"
 #include "shell/generations.h"
 #include "shell/parameters.h"
@@ -20,11 +23,48 @@ namespace {
 
 constexpr const char* kSimulatorNames = "MSFS 2020/2024";
 
+constexpr u32 kLinesPerMinute = 20;
+constexpr i64 kMinuteUs = 60'000'000;
+
+constexpr std::size_t kKinds = static_cast<std::size_t>(LogKind::count_);
+/// The beginning of the lines of each kind, by which the line that tells of others refers to them.
+constexpr std::array kLineStarts = {
+    "exception in processLineSub",
+    "Exception",
+    "QNH string parse error",
+    "no QNH",
+    "buffer overrun",
+    "receive",
+    "receive: buffer overrun",
+    "lf_processRTVersion",
+    "sendDataPacket to RealTraffic failed",
+    "RealTraffic re-connected",
+    "SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID",
+    "SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE",
+    "SimConnect exception: load flight plan failed",
+    "SIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE",
+    "SimConnect: too many objects",
+    "SIMCONNECT_EXCEPTION",
+    "! Unknown Dispatch dwID",
+    "just spawned, but not by",
+    "creating a flight plan failed",
+};
+static_assert(kLineStarts.size() == kKinds);
+
+/// What has been written of a kind in its minute, which begins with a line.
+struct KindCount {
+    i64 endUs = 0;
+    u32 written = 0;
+    u64 leftOut = 0;
+};
+
 struct LogState {
-    /// Guards every write and flush. The innermost lock: nothing else is taken while it is held.
+    /// Guards all of it. The innermost lock: nothing else is taken while it is held.
     std::recursive_mutex mutex;
     std::ofstream file;
     std::ostream* stream = nullptr;  ///< the file or standard output; null while the log isn't open
+    std::array<KindCount, kKinds> kinds;
+    u32 incomplete = 0;  ///< kinds of which lines were left out
 };
 
 /// Made at the first use and never destroyed, so that a thread that outlives main may still log.
@@ -48,6 +88,26 @@ std::string lf_openFaultText(const std::filesystem::path& path) {
         "Failed to write file {} in the folder {}: {}. {} writes into the folder in which it stands: move "
         "it into one where you may write, such as one below your own documents.",
         gf_shownPath(path), gf_shownPath(folder), gf_writeFaultText(reason), kProgramName);
+}
+
+void lf_tellLeftOut(LogState& log, std::size_t kind) {
+    u64& leftOut = log.kinds[kind].leftOut;
+    if (leftOut == 0) return;
+    lf_writeLine(*log.stream, "", fmt::format("... and {} more: {}", leftOut, kLineStarts[kind]));
+    leftOut = 0;
+    --log.incomplete;
+}
+
+/// Tells of the kinds whose minute is over by then.
+void lf_tellAllLeftOut(LogState& log, i64 untilUs) {
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+        if (log.kinds[kind].endUs <= untilUs) lf_tellLeftOut(log, kind);
+    }
+}
+
+void lf_write(LogState& log, std::string_view mark, std::string_view line) {
+    if (log.incomplete != 0) lf_tellAllLeftOut(log, gf_steadyUs());
+    lf_writeLine(*log.stream, mark, line);
 }
 
 }  // namespace
@@ -76,7 +136,10 @@ void gf_openLogOnStandardOutput() {
 void gf_closeLog() {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
+    gf_logLeftOut();
     gf_logFlush();
+    log.kinds = {};
+    log.incomplete = 0;
     log.stream = nullptr;
     if (log.file.is_open()) log.file.close();
     log.file.clear();
@@ -85,7 +148,7 @@ void gf_closeLog() {
 void gf_log(std::string_view line) {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
-    if (log.stream != nullptr) lf_writeLine(*log.stream, "", line);
+    if (log.stream != nullptr) lf_write(log, "", line);
 }
 
 void gf_logFlush() {
@@ -98,12 +161,37 @@ void gf_logError(std::string_view line) {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
     if (log.stream == nullptr) return;
-    lf_writeLine(*log.stream, "==> ", line);
+    lf_write(log, "==> ", line);
     log.stream->flush();
 }
 
 void gf_logIfRunning(std::string_view line) {
     if (!gf_stopAsked()) gf_log(line);
+}
+
+bool gf_mayLog(LogKind kind) {
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    if (log.stream == nullptr) return false;
+    KindCount& count = log.kinds[static_cast<std::size_t>(kind)];
+    const i64 now = gf_steadyUs();
+    if (count.written == 0 || now >= count.endUs) {
+        lf_tellLeftOut(log, static_cast<std::size_t>(kind));
+        count.endUs = now + kMinuteUs;
+        count.written = 0;
+    }
+    if (count.written < kLinesPerMinute) {
+        ++count.written;
+        return true;
+    }
+    if (count.leftOut++ == 0) ++log.incomplete;
+    return false;
+}
+
+void gf_logLeftOut() {
+    LogState& log = lf_log();
+    const std::lock_guard lock(log.mutex);
+    if (log.stream != nullptr) lf_tellAllLeftOut(log, std::numeric_limits<i64>::max());
 }
 
 std::string gf_logBanner(i32 width, i32 extra, bool lineFeedBefore, bool lineFeedAfter, std::string_view text) {

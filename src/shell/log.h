@@ -26,6 +26,36 @@ void gf_logError(std::string_view line);
 /// gf_log unless a stop was asked for.
 void gf_logIfRunning(std::string_view line);
 
+/// Lines whose number the feed or the simulator decides. Without a limit they would fill the disk within minutes.
+enum class LogKind : i32 {
+    trafficLine,
+    qnhReport,
+    qnhText,
+    noQnh,
+    feedOverrun,
+    rtReply,
+    rtOverrun,
+    rtVersion,
+    rtSending,
+    rtReturn,
+    simUnknownId,
+    simDataSize,
+    simFlightPlan,
+    simOperation,
+    simObjects,
+    simException,
+    simMessage,
+    foreignObject,
+    flightPlanFile,
+    count_
+};
+/// Whether a line of this kind may be written now. Of each kind 20 a minute are; the others are counted, and behind the
+/// minute, at the latest with the next line of the log, one line tells how many there were. To be asked before the line
+/// is put together. Allocates nothing for those left out.
+bool gf_mayLog(LogKind kind);
+/// Tells of all lines left out so far, at the end of a run. gf_closeLog does the same.
+void gf_logLeftOut();
+
 /// A line of stars around `text`; see the width rule in the definition. Writes nothing.
 std::string gf_logBanner(i32 width, i32 extra, bool lineFeedBefore, bool lineFeedAfter, std::string_view text);
 /// Head and foot of a section of the log, 80 stars wide around the word and without one.

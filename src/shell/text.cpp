@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -29,9 +30,9 @@ bool lf_isSurrogate(char32_t c) {
     return c >= kHighSurrogate && c < kBehindSurrogates;
 }
 
-/// The code point that begins at `place`, which moves behind it. Refuses overlong forms, surrogates and what lies
+/// The code point that begins at `place`, which moves behind it. Nothing for overlong forms, surrogates and what lies
 /// beyond the last code point.
-char32_t lf_takeUtf8(std::string_view text, std::size_t& place) {
+std::optional<char32_t> lf_nextUtf8(std::string_view text, std::size_t& place) {
     const auto lead = static_cast<u8>(text[place++]);
     if (lead < 0x80) return lead;
     std::size_t more = 0;
@@ -43,16 +44,28 @@ char32_t lf_takeUtf8(std::string_view text, std::size_t& place) {
     } else if (lead >= 0xF0 && lead <= 0xF4) {
         more = 3, c = lead & 0x07U, smallest = kFirstBeyondBmp;
     } else {
-        lf_failUtf8();
+        return {};
     }
-    if (text.size() - place < more) lf_failUtf8();
+    if (text.size() - place < more) return {};
     for (; more > 0; --more) {
         const auto next = static_cast<u8>(text[place++]);
-        if ((next & 0xC0U) != 0x80) lf_failUtf8();
+        if ((next & 0xC0U) != 0x80) return {};
         c = c << 6U | (next & 0x3FU);
     }
-    if (c < smallest || c > kLastCodePoint || lf_isSurrogate(c)) lf_failUtf8();
+    if (c < smallest || c > kLastCodePoint || lf_isSurrogate(c)) return {};
     return c;
+}
+
+char32_t lf_takeUtf8(std::string_view text, std::size_t& place) {
+    const std::optional<char32_t> c = lf_nextUtf8(text, place);
+    if (!c) lf_failUtf8();
+    return *c;
+}
+
+/// Neither the control bytes nor those above U+007F, which steer a terminal too. A tab does no harm.
+bool lf_isShown(char32_t c) {
+    constexpr char32_t kDelete = 0x7F, kBehindControls = 0xA0;
+    return c == U'\t' || (c >= U' ' && c < kDelete) || c >= kBehindControls;
 }
 
 void lf_appendUtf8(std::string& out, char32_t c) {
@@ -195,12 +208,26 @@ std::string gf_utf16ToUtf8(std::u16string_view text) {
 }
 
 bool gf_isUtf8(std::string_view text) {
-    try {
-        lf_checkUtf8(text);
-        return true;
-    } catch (const std::runtime_error&) {
-        return false;
+    for (std::size_t place = 0; place < text.size();) {
+        if (!lf_nextUtf8(text, place)) return false;
     }
+    return true;
+}
+
+std::string gf_quoted(std::string_view text, std::size_t longest) {
+    std::string quoted;
+    for (std::size_t place = 0; place < text.size();) {
+        const std::size_t begin = place;
+        const std::optional<char32_t> c = lf_nextUtf8(text, place);
+        if (!c) place = begin + 1;
+        if (place > longest) return quoted + "...";
+        if (c && lf_isShown(*c)) {
+            quoted += text.substr(begin, place - begin);
+        } else {
+            quoted += '?';
+        }
+    }
+    return quoted;
 }
 
 std::filesystem::path gf_pathFromUtf8(std::string_view text) {
@@ -211,7 +238,8 @@ std::filesystem::path gf_pathFromUtf8(std::string_view text) {
 std::filesystem::path gf_pathFromAnySeparators(std::string_view text) {
     std::string native(text);
     constexpr char kSeparator = static_cast<char>(std::filesystem::path::preferred_separator);
-    std::replace_if(native.begin(), native.end(), [](char c) { return c == '\\' || c == '/'; }, kSeparator);
+    std::replace_if(
+        native.begin(), native.end(), [](char c) { return c == '\\' || c == '/'; }, kSeparator);
     return gf_pathFromUtf8(native);
 }
 

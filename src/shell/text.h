@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -25,6 +26,10 @@ std::string gf_pathToUtf8(const std::filesystem::path& path);
 std::string gf_shownPath(const std::filesystem::path& path);
 /// Bytes of the system's code page: strict, else tolerant, else empty.
 std::string gf_ansiToUtf8(std::string_view text);
+
+/// A text from outside as the log may hold it: at most `longest` bytes of it, cut between two characters, then "...".
+/// Control bytes, which would break lines or steer a terminal, and what is no UTF-8 stand in it as '?'.
+std::string gf_quoted(std::string_view text, std::size_t longest = 200);
 
 /// The system's words for an error as UTF-8; it may give them in the user's language and code page.
 std::string gf_errorText(const std::error_code& error);

@@ -252,6 +252,12 @@ bool gf_readTextFileLines(Charset charset, const fs::path& path, std::vector<std
     }
 }
 
+std::string gf_textOf(std::string bytes) {
+    std::string text = lf_toUtf8(std::move(bytes));
+    if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
+    return text;
+}
+
 TextRead gf_readText(const fs::path& path, u64 largest, std::string& text) {
     text.clear();
     try {
@@ -260,8 +266,7 @@ TextRead gf_readText(const fs::path& path, u64 largest, std::string& text) {
         if (*size > largest) return TextRead::tooLarge;
         std::string content;
         if (!lf_readBytes(path, *size, content)) return TextRead::notOpened;
-        text = lf_toUtf8(std::move(content));
-        if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
+        text = gf_textOf(std::move(content));
         return TextRead::fine;
     } catch (const std::exception& exception) {
         gf_showMessage(fmt::format("Read failed for '{}': {}", gf_shownPath(path), exception.what()), true);

@@ -32,6 +32,9 @@ enum class TextRead { fine, notOpened, tooLarge, failed };
 /// more than `largest` bytes, and when it can't be converted, which is shown. Any thread.
 TextRead gf_readText(const std::filesystem::path& path, u64 largest, std::string& text);
 
+/// What gf_readText makes of a file's bytes. Throws std::runtime_error for UTF-16 that can't be converted. Any thread.
+std::string gf_textOf(std::string bytes);
+
 /// Walks the lines of a text, which come without their line ends.
 struct TextLines {
     std::string_view rest;

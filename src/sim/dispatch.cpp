@@ -98,30 +98,32 @@ void lf_onException(const SIMCONNECT_RECV_EXCEPTION& exception) {
     const u32 code = exception.dwException;
     switch (code) {
         case SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID:
-            if (gf_simUserPositionKnown() && !gf_stopAsked()) gf_logError("SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID");
+            if (gf_simUserPositionKnown() && !gf_stopAsked() && gf_mayLog(LogKind::simUnknownId)) {
+                gf_logError("SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID");
+            }
             break;
         case SIMCONNECT_EXCEPTION_VERSION_MISMATCH: {
             const u32 index = exception.dwIndex;
             throw UserErrorException(95, fmt::format("SimConnect Version Mismatch, dwIndex: {}", index));
         }
         case SIMCONNECT_EXCEPTION_TOO_MANY_OBJECTS:
-            gf_showMessage("SimConnect: too many objects (max 1000)", true);
+            gf_showMessage("SimConnect: too many objects (max 1000)", gf_mayLog(LogKind::simObjects));
             lf_onCreateFailed(exception.dwSendID, SimKind::noRoom);
             break;
         case SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE:
-            gf_log("SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE");
+            if (gf_mayLog(LogKind::simDataSize)) gf_log("SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE");
             break;
         case SIMCONNECT_EXCEPTION_CREATE_OBJECT_FAILED:
             lf_onCreateFailed(exception.dwSendID, SimKind::createRefused);
             break;
         case SIMCONNECT_EXCEPTION_LOAD_FLIGHTPLAN_FAILED:
-            gf_logError("SimConnect exception: load flight plan failed");
+            if (gf_mayLog(LogKind::simFlightPlan)) gf_logError("SimConnect exception: load flight plan failed");
             break;
         case SIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE:
-            gf_log("SIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE");
+            if (gf_mayLog(LogKind::simOperation)) gf_log("SIMCONNECT_EXCEPTION_OPERATION_INVALID_FOR_OBJECT_TYPE");
             break;
         default:
-            gf_logError(fmt::format("SIMCONNECT_EXCEPTION #{}", code));
+            if (gf_mayLog(LogKind::simException)) gf_logError(fmt::format("SIMCONNECT_EXCEPTION #{}", code));
     }
 }
 
@@ -210,7 +212,7 @@ void gf_dispatch(SIMCONNECT_RECV* message, u32 size, void* /*context*/) {
         case SIMCONNECT_RECV_ID_EVENT_EX1:
             break;
         default:
-            gf_log(fmt::format("! Unknown Dispatch dwID {}", id));
+            if (gf_mayLog(LogKind::simMessage)) gf_log(fmt::format("! Unknown Dispatch dwID {}", id));
     }
 }
 

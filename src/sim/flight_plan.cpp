@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "core/model/aircraft_class.h"
 #include "core/model/labels.h"
@@ -30,12 +31,33 @@ const char* lf_planKind(i32 acClass) {
     return acClass == Buzjets || acClass == Large || acClass == Heavy ? "IFR" : "VFR";
 }
 
+/// The codes come from the feed, and the simulator reads the file as XML.
+std::string lf_escaped(std::string_view code) {
+    std::string escaped;
+    for (const char c : code) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            default:
+                escaped += c;
+        }
+    }
+    return escaped;
+}
+
 std::string lf_planText(const LiveAc& ac) {
     return fmt::format("{}\n{}\n{}\n{}{}{}\n{}{}{}\n{}{}{}\n{}\n{}\n\n", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>",
                        "<SimBase.Document Type=\"AceXML\" version=\"4,3\">", "<FlightPlan.FlightPlan>",  //
                        "<FPType>", lf_planKind(ac.acClass), "</FPType>",                                 //
-                       "<DepartureID>", ac.from, "</DepartureID>",                                       //
-                       "<DestinationID>", ac.to, "</DestinationID>",                                     //
+                       "<DepartureID>", lf_escaped(ac.from), "</DepartureID>",                           //
+                       "<DestinationID>", lf_escaped(ac.to), "</DestinationID>",                         //
                        "</FlightPlan.FlightPlan>", "</SimBase.Document>");
 }
 
@@ -74,7 +96,8 @@ void gf_makeFlightPlan(LiveAc& ac) {
     if (ac.from.empty() || ac.to.empty()) return;
     const fs::path path = lf_writePlan(ac);
     ac.hasFlightPlan = !path.empty() && lf_handOver(ac.objectId, path);
-    if (!ac.hasFlightPlan) gf_logError(fmt::format("{} creating a flight plan failed", liveAcLabel(ac)));
+    if (ac.hasFlightPlan || !gf_mayLog(LogKind::flightPlanFile)) return;
+    gf_logError(fmt::format("{} creating a flight plan failed", liveAcLabel(ac)));
 }
 
 void gf_removeFlightPlan(u32 objectId) {

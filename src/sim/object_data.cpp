@@ -15,6 +15,7 @@
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
+#include "shell/text.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/definitions.h"
@@ -153,10 +154,11 @@ void lf_logForeign(u32 objectId, const AiStatusData& status, std::string_view at
     const f64 agl = status.agl, groundAltitude = status.groundAltitude;
     const i64 onGround = status.onGround;
     if (atcId != "AS-GEN") {
+        if (!gf_mayLog(LogKind::foreignObject)) return;
         gf_log(
             fmt::format("just spawned, but not by {}, oid: {}, callsign '{}', altaboveGnd:{:.0f} ft, onground:{}, "
                         "gnd_alt:{:.0f} ft",
-                        kProgramName, objectId, atcId, agl, onGround, groundAltitude));
+                        kProgramName, objectId, gf_quoted(atcId), agl, onGround, groundAltitude));
         return;
     }
     if (gAsoboLogged) return;

@@ -45,13 +45,14 @@ struct DemoPackages : testing::Test {
             if (!*livery.attribute("reg").value()) dontUseTitles.emplace_back(livery.attribute("title").value());
         }
         scanThreadsActive = static_cast<i32>(files.size());
+        std::vector<LiveryData> liveries;
         for (const fs::path& file : files) {
             const bool isIvao = file.string().find("IVAO_MTL") != std::string::npos;
-            for (LiveryData& livery :
-                 isIvao ? lf_searchLiveriesinIVAOFile(1, file) : lf_searchLiveriesinFile(1, file)) {
-                const std::string title = livery.title;
-                EXPECT_TRUE(byTitle.emplace(title, std::move(livery)).second) << title;
-            }
+            gf_takeOver(isIvao ? lf_searchLiveriesinIVAOFile(1, file) : lf_searchLiveriesinFile(1, file), liveries);
+        }
+        for (LiveryData& livery : liveries) {
+            const std::string title = livery.title;
+            EXPECT_TRUE(byTitle.emplace(title, std::move(livery)).second) << title;
         }
         EXPECT_EQ(scanThreadsActive, 0);
     }
@@ -131,11 +132,11 @@ TEST_F(DemoPackages, ShowEveryFaultThatIsReported) {
         {gIncompleteSections, "misses airlinecode in title: Faulty T, and no regcode"},
         {gIncompleteSections, "title already exists: IVAO B739 KLM"},
     };
-    for (const Row& row : rows) EXPECT_THAT(row.list.lines, Contains(testing::ResultOf(test::slashed, HasSubstr(row.text))));
+    for (const Row& row : rows) EXPECT_THAT(row.list, Contains(testing::ResultOf(test::slashed, HasSubstr(row.text))));
     EXPECT_TRUE(folder.logged("Utf16_broken/aircraft.cfg': wide_to_utf8: invalid UTF-16\n! Failed reading "));
     EXPECT_TRUE(folder.logged("==> fltsim num [FLTSIM.99999999999] incorrect\n"));
     EXPECT_TRUE(folder.logged("removed spaces around title ' IVAO A319 BAW' --> 'IVAO A319 BAW'\n"));
-    for (const std::string& line : gInvalidFiles.lines) EXPECT_THAT(line, testing::Not(HasSubstr("pmdg")));
+    for (const std::string& line : gInvalidFiles) EXPECT_THAT(line, testing::Not(HasSubstr("pmdg")));
 }
 
 TEST_F(DemoPackages, ComeInEveryCharset) {

@@ -120,6 +120,7 @@ TEST_F(ControlChannel, TheVersionReplyMayBeAnything) {
         {R"({"version":"9.0.170"})", true, "9.0.170", ""},
         {R"({"level":2})", true, "", ""},
         {R"({"version":10.0})", true, "", ""},
+        {R"({"version":"1\u001B[2J"})", true, "1?[2J", ""},
         {R"([1,2])", false, "", ""},
         {"", false, "old", "No RealTraffic version received?\n"},
         {"10.0.240", false, "", "lf_processRTVersion: JSON parse failed: "},

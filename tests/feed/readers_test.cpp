@@ -82,6 +82,11 @@ TEST_F(Readers, DatagramsOfEverySizeAreReadOrToldToBeTooLong) {
     const std::size_t first = all.find("buffer overrun: 16384 bytes\n");
     ASSERT_NE(first, std::string::npos);
     EXPECT_NE(all.find("buffer overrun: 16384 bytes\n", first + 1), std::string::npos);
+    for (int i = 0; i < 20; ++i) send(gTrafficReader, text);
+    send(gTrafficReader, goodLine(20003));
+    ASSERT_TRUE(soon([] { return reportCount() == 3; }));
+    gf_logLeftOut();
+    EXPECT_TRUE(logged("... and 2 more: buffer overrun\n"));
 }
 
 TEST_F(Readers, FromAnotherComputerARepeatCountsButIsNotHandled) {
@@ -199,6 +204,18 @@ TEST_F(Qnh, AnyJsonGivesAPressureOrALineInTheLog) {
         EXPECT_EQ(added.substr(0, row.log.size()), row.log);
         EXPECT_EQ(added.empty(), row.log.empty()) << added;
     }
+}
+
+TEST_F(Qnh, AFloodOfNonsenseLeavesAShortAndHarmlessLog) {
+    gf_holdClock(1700000000);
+    const std::string escape = R"({"QNH": "\u001B[2J\u0000)" + std::string(15'000, 'x') + "\"}";
+    for (int i = 0; i < 1000; ++i) {
+        for (const std::string& datagram : {escape, "\x1B\n" + escape, "\"\x7F" + escape}) after(datagram);
+    }
+    EXPECT_EQ(log().find_first_of("\x1B\x7F"), std::string::npos);
+    EXPECT_LT(log().size(), 3U * 20U * 600U);
+    gf_logLeftOut();
+    EXPECT_TRUE(logged("... and 980 more: QNH string parse error\n"));
 }
 
 TEST_F(Qnh, OnlyTheStandardPressureIsWrittenAgainWhenItIsRepeated) {

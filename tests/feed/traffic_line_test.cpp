@@ -1,5 +1,6 @@
 #include "feed/traffic_line.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -138,7 +139,9 @@ TEST_F(TrafficLine, BadAndUnwantedLinesAreDroppedForTheirReason) {
         {"TAS", 20, "", LineDrop::badField, "TAS incorrect\n"},
         {"TAS negative", 20, "-2", LineDrop::badField, "TAS incorrect-2"},
     };
+    gf_holdClock(1700000000);
     for (const Row& row : rows) {
+        gf_turnClock(3'000'001);  // twenty in a minute are logged
         const std::string before = log();
         const u64 counted = drops(row.reason);
         EXPECT_EQ(decode(Line().with(row.field, row.value)), nullptr) << row.name;
@@ -151,6 +154,45 @@ TEST_F(TrafficLine, BadAndUnwantedLinesAreDroppedForTheirReason) {
         }
     }
     EXPECT_NE(decode(Line()), nullptr) << "the line as such is good";
+}
+
+TEST_F(TrafficLine, AFloodOfBadLinesLeavesAShortLog) {
+    gf_holdClock(1700000000);
+    const u64 counted = drops(LineDrop::badField);
+    for (int i = 0; i < 1000; ++i) decode(Line().with(4, "\x1B" + std::string(15'000, 'x')));
+    EXPECT_EQ(drops(LineDrop::badField), counted + 1000);
+    const std::string start = "exception in processLineSub: altitude ?" + std::string(199, 'x') +
+                              "... incorrect, from: RTTFC,4739591,52.25382,4.92249,?xxx";
+    EXPECT_EQ(log().substr(0, start.size()), start);
+    EXPECT_LT(log().size(), 20U * 600U);
+    gf_logLeftOut();
+    EXPECT_TRUE(logged("\n... and 980 more: exception in processLineSub\n"));
+}
+
+// An aircraft whose callsign begins with a zero byte is made under no name and can't be found again.
+TEST_F(TrafficLine, NoTextHoldsAControlByte) {
+    gf_collectCallsigns(true);
+    const std::string good = Line().text();
+    const std::size_t texts = good.find("KLM1627"), behind = good.find(",4950");
+    u64 counted = drops(LineDrop::controlByte);
+    for (std::size_t at = texts; at <= behind; ++at) {
+        for (const char control : {'\0', '\n', '\x1B', '\x1F', '\x7F'}) {
+            std::string line = good;
+            line.insert(at, 1, control);
+            EXPECT_EQ(decode(line), nullptr) << at;
+            EXPECT_EQ(drops(LineDrop::controlByte), ++counted) << at;
+        }
+    }
+    EXPECT_EQ(decode(Line().with(28, "A\x01")), nullptr);
+    EXPECT_EQ(drops(LineDrop::controlByte), counted + 1);
+    EXPECT_EQ(log(), "");
+    EXPECT_TRUE(gTrafficReader.realCallsigns.empty());
+    EXPECT_NE(decode(Line().with(9, "\xC3\xA9 ~")), nullptr);
+
+    Line line;
+    line.fields.resize(29);
+    EXPECT_NE(decode(line.text() + "\r\n"), nullptr) << "the end of a line is no part of it";
+    EXPECT_EQ(decode(line.with(28, "C1").text() + "\n"), nullptr);
 }
 
 TEST_F(TrafficLine, ALineNeedsTwentyNineFieldsOfAnyContent) {
@@ -293,6 +335,14 @@ TEST_F(TrafficLine, TheTrueHeadingOfAdsbStandsInForAMissingTrack) {
     EXPECT_EQ(decode(adsb().with(25, "")), nullptr);
     EXPECT_TRUE(logged("exception in processLineSub: trueheading:\n"));
     EXPECT_NE(decode(Line().with(25, "")), nullptr) << "other messages have none";
+
+    for (const char* type : {"X_adsb_icao", "a_adsb_icao"}) {
+        EXPECT_TRUE(decode(Line().with(17, type).with(25, "90"))->sample.trueHeadingValid) << type;
+    }
+    for (const char* type : {"_adsb_icao", "XX_adsb_icao", "1_adsb_icao", "X-adsb_icao", "Xadsb_icao", "X_X_adsb_icao",
+                             "adsb_icao_nt", "X_adsb_icao2", "X_adsr_icao", "X_", ""}) {
+        EXPECT_FALSE(decode(Line().with(17, type).with(25, "90"))->sample.adsb) << type;
+    }
 }
 
 TEST_F(TrafficLine, RollAndTasOfMinusOneAreUnknown) {
@@ -336,6 +386,9 @@ std::string broken(const TrafficReport& report) {
     if (s.trueHeading < 0 || s.trueHeading > 2 * kPi + 1e-9) return "heading";
     if (report.hexid <= kLastStaticId || report.registration.size() > 12 || report.model.empty()) return "identity";
     if (report.callsign.empty() && report.registration.empty()) return "no name";
+    for (const std::string& text : {report.callsign, report.registration, report.model, report.from, report.to}) {
+        if (std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; })) return "text";
+    }
     if (!(report.timestamp >= 0 && report.timestamp < 1e12)) return "timestamp";
     return {};
 }

@@ -45,12 +45,13 @@ struct AircraftCfg : testing::Test {
         scanThreadsActive = 0;
     }
 
-    using Reader = std::vector<LiveryData> (*)(i32, const std::filesystem::path&);
+    using Reader = CfgContent (*)(i32, const std::filesystem::path&);
 
     static std::vector<LiveryData> readBy(Reader reader, const std::filesystem::path& path) {
         gf_clearScanLists();
         scanThreadsActive = 3;
-        const std::vector<LiveryData> liveries = reader(7, path);
+        std::vector<LiveryData> liveries;
+        gf_takeOver(reader(7, path), liveries);
         EXPECT_EQ(scanThreadsActive, 2);
         for (const LiveryData& livery : liveries) EXPECT_EQ(livery.folderOrder, 7);
         return liveries;
@@ -102,6 +103,9 @@ TEST_F(AircraftCfg, ASectionMakesALivery) {
         {"titles=u\ntitle t\ntitle=\ntitle=\"\"\ntitle=\"\ntitle=u\ru\nx title=u\ntitle=t\nicao_airline=KLM", kKlm},
         {"title=\" \"\ntitle=t\nicao_airline=KLM", kKlm},
         {"title=t\nicao_airline=KLM\n[GENERAL]\ntitle=u\natc_id=PH-BXA\n[]\ntitle=v\n", kKlm},
+        {"title=\"x [y]\"\nicao_airline=KLM\n", "KLM B738 'x [y]' "},
+        {"ui_variation = [fltsim.99999]\n//old=[\n ; x.0 = a[b]\ntitle=t\nicao_airline=KLM\n", kKlm},
+        {"title=t\nicao_airline=KLM\n//== [x] = ==\natc_id=PH-BXA\n=[y]\natc_id=PH-BXA\n", kKlm},
         {"title=" + std::string(255, 'x') + "\nicao_airline=KLM\n", "KLM B738 '" + std::string(255, 'x') + "' "},
     };
     for (const Row& row : rows) EXPECT_THAT(readSection(row.lines), ElementsAre(row.livery)) << row.lines;
@@ -139,36 +143,35 @@ TEST_F(AircraftCfg, AFaultOfASectionIsReported) {
     };
     for (const Row& row : rows) {
         EXPECT_THAT(readSection(row.lines), testing::ElementsAreArray(row.liveries)) << row.lines;
-        EXPECT_THAT(gIncompleteSections.lines, testing::UnorderedElementsAreArray(row.reports)) << row.lines;
-        EXPECT_THAT(gInvalidAirlines.lines, IsEmpty()) << row.lines;
+        EXPECT_THAT(gIncompleteSections, testing::UnorderedElementsAreArray(row.reports)) << row.lines;
+        EXPECT_THAT(gInvalidAirlines, IsEmpty()) << row.lines;
     }
 }
 
 TEST_F(AircraftCfg, AnUnknownAirlineIsReportedAndTheNextOneCounts) {
     EXPECT_THAT(readSection("title=t\nicao_airline=abcd\n icao_airline = KLM , DLH\nicao_airline=DLH\n"),
                 ElementsAre("DLH B738 't' "));
-    EXPECT_THAT(gInvalidAirlines.lines, ElementsAre("ABCD         in pack/aircraft.cfg [FLTSIM.4]",
-                                                    "KLM,DLH      in pack/aircraft.cfg [FLTSIM.4]"));
+    EXPECT_THAT(gInvalidAirlines, ElementsAre("ABCD         in pack/aircraft.cfg [FLTSIM.4]",
+                                              "KLM,DLH      in pack/aircraft.cfg [FLTSIM.4]"));
 }
 
 TEST_F(AircraftCfg, AHeavyTypeWithoutAnAirlineIsDropped) {
     EXPECT_THAT(readSection("title=t\n", "B744"), IsEmpty());
-    EXPECT_THAT(gIncompleteSections.lines, testing::Contains("'pack' '[FLTSIM.4]' has no airline and no regcode info"));
+    EXPECT_THAT(gIncompleteSections, testing::Contains("'pack' '[FLTSIM.4]' has no airline and no regcode info"));
     EXPECT_THAT(readSection("title=t\natc_id=PH-NEW\n", "B744"), IsEmpty());
-    EXPECT_THAT(gIncompleteSections.lines,
-                testing::Contains("'pack' '[FLTSIM.4]' has no airline and regcode not in dbase"));
+    EXPECT_THAT(gIncompleteSections, testing::Contains("'pack' '[FLTSIM.4]' has no airline and regcode not in dbase"));
     EXPECT_THAT(readSection("title=t\natc_id=PH-BXA\n", "B744"), ElementsAre("KLM B744 't' PH-BXA"));
 }
 
 TEST_F(AircraftCfg, ATitleIsTakenOnceAndNotIfItIsUnwanted) {
     EXPECT_THAT(read(kGeneral + "[fltsim.0]\ntitle=a\nicao_airline=KLM\n[fltsim.1]\ntitle=a\nicao_airline=DLH\n"s),
                 ElementsAre("KLM B738 'a' "));
-    EXPECT_THAT(gIncompleteSections.lines, ElementsAre("pack [fltsim.1] title 'a' already exists"));
+    EXPECT_THAT(gIncompleteSections, ElementsAre("pack [fltsim.1] title 'a' already exists"));
     dontUseTitles = {"b", "c"};
     scanThreadsActive = 1;
     test::writeWhole(kPath, kGeneral + "[fltsim.0]\ntitle=c\nicao_airline=KLM\n"s);
-    EXPECT_THAT(lf_searchLiveriesinFile(1, kPath), IsEmpty());
-    EXPECT_THAT(gIncompleteSections.lines, SizeIs(1));
+    const CfgContent unwanted = lf_searchLiveriesinFile(1, kPath);
+    EXPECT_TRUE(unwanted.liveries.empty() && unwanted.reports.empty());
 }
 
 TEST_F(AircraftCfg, OnlyHeadersOfFltSimSectionsOpenOne) {
@@ -184,7 +187,7 @@ TEST_F(AircraftCfg, OnlyHeadersOfFltSimSectionsOpenOne) {
     for (const Row& row : rows) {
         EXPECT_THAT(read(kGeneral + row.header + "\ntitle=t\nicao_airline=KLM\n"), SizeIs(row.opens ? 1 : 0))
             << row.header;
-        EXPECT_EQ(gFilesWithoutSections.lines.empty(), row.opens) << row.header;
+        EXPECT_EQ(gFilesWithoutSections.empty(), row.opens) << row.header;
     }
 }
 
@@ -193,10 +196,10 @@ TEST_F(AircraftCfg, ABadSectionNumberEndsTheFile) {
         return kGeneral + "[fltsim.0]\ntitle=t\nicao_airline=KLM\n"s + header + "\ntitle=u\nicao_airline=KLM\n";
     };
     EXPECT_THAT(read(with("[fltsim.10001]")), IsEmpty());
-    EXPECT_THAT(gInvalidFiles.lines,
+    EXPECT_THAT(gInvalidFiles,
                 ElementsAre("pack/aircraft.cfg contains a [fltsim.x] section with a number < 0 or > 10000"));
     EXPECT_THAT(read(with("[fltsim.2147483648]")), IsEmpty());
-    EXPECT_THAT(gInvalidFiles.lines, IsEmpty());
+    EXPECT_THAT(gInvalidFiles, IsEmpty());
     EXPECT_TRUE(folder.logged("==> fltsim num [fltsim.2147483648] incorrect\n"));
 }
 
@@ -228,23 +231,23 @@ TEST_F(AircraftCfg, TheTypeIsTheFilesOwn) {
         EXPECT_THAT(read("[fltsim.0]\ntitle=t\nicao_airline=KLM\n[GENERAL]\n" + row.general),
                     testing::ElementsAreArray(expected))
             << row.general;
-        EXPECT_EQ(gInvalidTypes.lines, row.invalidTypes) << row.general;
-        EXPECT_EQ(gCodeFixes.lines, row.fixes) << row.general;
-        EXPECT_EQ(gInvalidFiles.lines, row.invalidFiles) << row.general;
+        EXPECT_EQ(gInvalidTypes, row.invalidTypes) << row.general;
+        EXPECT_EQ(gCodeFixes, row.fixes) << row.general;
+        EXPECT_EQ(gInvalidFiles, row.invalidFiles) << row.general;
     }
     for (const std::string path : {"pmdg-aircraft-738/aircraft.cfg", "x/fnx-aircraft-320/aircraft.cfg"}) {
         EXPECT_THAT(read("[fltsim.0]\ntitle=t\n", path), IsEmpty());
-        EXPECT_THAT(gInvalidFiles.lines, IsEmpty()) << path;
+        EXPECT_THAT(gInvalidFiles, IsEmpty()) << path;
     }
 }
 
 TEST_F(AircraftCfg, AFileWithoutSectionsIsListed) {
     EXPECT_THAT(read(""), IsEmpty());
-    EXPECT_THAT(gFilesWithoutSections.lines, ElementsAre(kPath));
-    EXPECT_THAT(gInvalidFiles.lines, SizeIs(1));
+    EXPECT_THAT(gFilesWithoutSections, ElementsAre(kPath));
+    EXPECT_THAT(gInvalidFiles, SizeIs(1));
     EXPECT_THAT(read(kGeneral), IsEmpty());
-    EXPECT_THAT(gFilesWithoutSections.lines, ElementsAre(kPath));
-    EXPECT_THAT(gInvalidFiles.lines, IsEmpty());
+    EXPECT_THAT(gFilesWithoutSections, ElementsAre(kPath));
+    EXPECT_THAT(gInvalidFiles, IsEmpty());
 }
 
 TEST_F(AircraftCfg, MayBeInAnyCharset) {
@@ -270,7 +273,7 @@ TEST_F(AircraftCfg, MayBeInAnyCharset) {
 
 TEST_F(AircraftCfg, WhatCannotBeReadIsTold) {
     scanThreadsActive = 1;
-    EXPECT_THAT(lf_searchLiveriesinFile(1, "pack/aircraft.cfg"), IsEmpty()) << "gone since the walk";
+    EXPECT_THAT(lf_searchLiveriesinFile(1, "pack/aircraft.cfg").liveries, IsEmpty()) << "gone since the walk";
     EXPECT_FALSE(folder.logged("!"));
     std::filesystem::create_directories("pack/folder/aircraft.cfg");
     EXPECT_THAT(readBy(lf_searchLiveriesinFile, "pack/folder/aircraft.cfg"), IsEmpty());
@@ -278,13 +281,13 @@ TEST_F(AircraftCfg, WhatCannotBeReadIsTold) {
     EXPECT_THAT(read("\xFF\xFE[\0\0\xD8"s), IsEmpty());
     EXPECT_TRUE(folder.logged("\n! Failed reading pack/aircraft.cfg\n"));
     EXPECT_THAT(read("[\0f\0"s), IsEmpty()) << "UTF-16 without its mark has no lines";
-    EXPECT_THAT(gFilesWithoutSections.lines, ElementsAre(kPath));
+    EXPECT_THAT(gFilesWithoutSections, ElementsAre(kPath));
 }
 
 TEST_F(AircraftCfg, ANameThatIsNoTextDoesNoHarm) {
     EXPECT_THAT(read(kGeneral + "[fltsim.0]\ntitle=t\nicao_airline=KLM\n[fltsim.1]\n"s, "pack/\xFF/aircraft.cfg"),
                 ElementsAre("KLM B738 't' "));
-    EXPECT_THAT(gIncompleteSections.lines, SizeIs(2));
+    EXPECT_THAT(gIncompleteSections, SizeIs(2));
     test::writeWhole("p/IVAO_MTL/SimObjects/Airplanes/IVAO_\xFF/aircraft.cfg", "[fltsim.0]\n");
     EXPECT_THAT(readBy(lf_searchLiveriesinIVAOFile, "p/IVAO_MTL/SimObjects/Airplanes/IVAO_\xFF/aircraft.cfg"),
                 IsEmpty());
@@ -294,7 +297,7 @@ TEST_F(AircraftCfg, AHugeFileIsRefusedUnread) {
     test::writeWhole(kPath, kGeneral);
     std::filesystem::resize_file(kPath, 100 * 1000 * 1000);
     EXPECT_THAT(readBy(lf_searchLiveriesinFile, kPath), IsEmpty());
-    EXPECT_THAT(gInvalidFiles.lines, ElementsAre("pack/aircraft.cfg is larger than 8 MB and can't be an aircraft.cfg"));
+    EXPECT_THAT(gInvalidFiles, ElementsAre("pack/aircraft.cfg is larger than 8 MB and can't be an aircraft.cfg"));
     EXPECT_TRUE(folder.logged("==> pack/aircraft.cfg is larger than 8 MB"));
 }
 
@@ -302,12 +305,11 @@ TEST_F(AircraftCfg, MoreSectionsThanNumbersAreRefused) {
     std::string sections;
     for (int i = 0; i < 10001; ++i) sections += "[fltsim.x]\n";
     read(kGeneral + sections);
-    EXPECT_THAT(gIncompleteSections.lines, SizeIs(10000));
-    EXPECT_THAT(gInvalidFiles.lines,
-                ElementsAre("pack/aircraft.cfg has more than 10000 faults, the others aren't listed"));
+    EXPECT_THAT(gIncompleteSections, SizeIs(10000));
+    EXPECT_THAT(gInvalidFiles, ElementsAre("pack/aircraft.cfg has more than 10000 faults, the others aren't listed"));
     read(kGeneral + sections + "[fltsim.x]\n");
-    EXPECT_THAT(gIncompleteSections.lines, IsEmpty());
-    EXPECT_THAT(gInvalidFiles.lines, ElementsAre("pack/aircraft.cfg contains more than 10001 [fltsim.x] sections"));
+    EXPECT_THAT(gIncompleteSections, IsEmpty());
+    EXPECT_THAT(gInvalidFiles, ElementsAre("pack/aircraft.cfg contains more than 10001 [fltsim.x] sections"));
 }
 
 // What a file may hold is multiplied neither by its lines nor by its sections.
@@ -316,11 +318,11 @@ TEST_F(AircraftCfg, EndlessLinesAreShownCut) {
     std::string faults;
     for (int i = 0; i < 100'000; ++i) faults += "atc_id=*\nicao_airline=Q\n";
     EXPECT_THAT(read(kGeneral + endless + "[fltsim.0]\ntitle=t\n" + faults), ElementsAre("PVT B738 't' "));
-    EXPECT_EQ(gIncompleteSections.lines.size() + gInvalidAirlines.lines.size(), 10000U);
-    EXPECT_THAT(gInvalidAirlines.lines.front(), "Q            in pack/aircraft.cfg " + std::string(250, 'x') + "...");
+    EXPECT_EQ(gIncompleteSections.size() + gInvalidAirlines.size(), 10000U);
+    EXPECT_THAT(gInvalidAirlines.front(), "Q            in pack/aircraft.cfg " + std::string(250, 'x') + "...");
     EXPECT_THAT(readSection("title=t\nicao_airline=" + std::string(249, 'q') + "\xC3\xA9" + endless),
                 ElementsAre("PVT B738 't' "));
-    EXPECT_THAT(gInvalidAirlines.lines.front(), testing::StartsWith(std::string(249, 'Q') + "... in pack"));
+    EXPECT_THAT(gInvalidAirlines.front(), testing::StartsWith(std::string(249, 'Q') + "... in pack"));
     EXPECT_THAT(read(endless), IsEmpty());
     EXPECT_THAT(readSection("title=t\natc_id=" + std::string(5'000'000, ',')), SizeIs(1));
     EXPECT_THAT(readSection("title=t\natc_parking_types= ," + std::string(5'000'000, ',')), SizeIs(1));
@@ -360,8 +362,10 @@ TEST_F(IvaoCfg, TakesTheTypeFromTheFolderAndTheAirlineFromTheTitle) {
         {"title=B738 KLM\natc_parking_types=CARGO\nicao_airline=DLH\n", "KLM B738 'B738 KLM' ", "B738"},
         {"title=B738 KLM\n//title=2\ntexture=B\nicao_airline=DLH\nicao_airline=DLH\n", "KLM B738 'B738 KLM' ", "B738"},
         {"title=C172 KLM\n", "KLM C172 'C172 KLM' ", "c172"},
+        {"title=x\natc_id=PH-ZZZ\n", "ZZZ B738 'x' PH-ZZZ", "B738"},
     };
-    folder.readDbase(R"(<fixes><fx wro="c172" cor="C172"/></fixes><dbase><db reg="PH-BXA" airl="KLM"/></dbase>)");
+    folder.readDbase(R"(<fixes><fx wro="c172" cor="C172"/></fixes><dbase><db reg="PH-BXA" airl="KLM"/>
+        <db reg="PH-ZZZ" airl="ZZZ"/></dbase>)");
     for (const Row& row : rows) EXPECT_THAT(readSection(row.lines, row.model), ElementsAre(row.livery)) << row.lines;
     EXPECT_THAT(readSection("title=\" B738 KLM \"\n"), ElementsAre("KLM B738 'B738 KLM' "));
     EXPECT_TRUE(folder.logged("\nremoved spaces around title ' B738 KLM ' --> 'B738 KLM'\n"));
@@ -391,13 +395,13 @@ TEST_F(IvaoCfg, AFaultOfASectionIsReported) {
     for (const Row& row : rows) {
         EXPECT_THAT(readSection(row.lines), IsEmpty()) << row.lines;
         std::vector<std::string> reports;
-        for (const std::string& line : gIncompleteSections.lines) reports.push_back(test::slashed(line));
+        for (const std::string& line : gIncompleteSections) reports.push_back(test::slashed(line));
         EXPECT_THAT(reports, testing::UnorderedElementsAreArray(row.reports)) << row.lines;
     }
     readSection("title=B738 QQQ\n");
-    EXPECT_THAT(gInvalidAirlines.lines, ElementsAre("QQQ          in " + pathOf("B738") + " [fltsim.4]"));
+    EXPECT_THAT(gInvalidAirlines, ElementsAre("QQQ          in " + pathOf("B738") + " [fltsim.4]"));
     EXPECT_THAT(readSection("title=B738 KLM\n[fltsim.5]\ntexture=A\ntitle=B738 KLM\n"), SizeIs(1));
-    EXPECT_THAT(gIncompleteSections.lines, ElementsAre(pack + " [fltsim.5] title already exists: B738 KLM"));
+    EXPECT_THAT(gIncompleteSections, ElementsAre(pack + " [fltsim.5] title already exists: B738 KLM"));
 }
 
 TEST_F(IvaoCfg, OnlyFilesOfThePackageAreLookedAt) {
@@ -419,11 +423,11 @@ TEST_F(IvaoCfg, OnlyFilesOfThePackageAreLookedAt) {
     for (const Row& row : rows) {
         test::writeWhole(row.path, "[fltsim.10001]\n");
         EXPECT_THAT(readBy(lf_searchLiveriesinIVAOFile, row.path), IsEmpty()) << row.path;
-        EXPECT_EQ(gInvalidTypes.lines, row.invalidTypes) << row.path;
-        EXPECT_THAT(gInvalidFiles.lines, IsEmpty()) << row.path;
+        EXPECT_EQ(gInvalidTypes, row.invalidTypes) << row.path;
+        EXPECT_THAT(gInvalidFiles, IsEmpty()) << row.path;
     }
     EXPECT_THAT(read("[fltsim.10001]\n"), IsEmpty());
-    EXPECT_THAT(gInvalidFiles.lines, SizeIs(1));
+    EXPECT_THAT(gInvalidFiles, SizeIs(1));
 }
 
 }  // namespace

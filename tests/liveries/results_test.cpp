@@ -4,8 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "liveries/reports.h"
 #include "shell/file_names.h"
 #include "shell/messages.h"
@@ -158,15 +156,21 @@ TEST_F(ScanResults, TwentyModelsMakeARow) {
 
 TEST_F(ScanResults, LiveriesFollowTheRecordOfTheirAirframe) {
     folder.readDbase(R"(<dbase><db reg="PH-BXA" airl="KLM" opr="DLH" type="B739" cargo="true"/>
-        <db reg="PH-BXB" airl="KLM" type="B738"/></dbase>)");
-    gScanList = {livery("KLM", "B738", "a", "PHBXA"), livery("AFR", "B738", "b", "PH-BXB"), livery("AFR", "B738", "c"),
-                 livery("AFR", "B738", "d", "F-NONE")};
+        <db reg="PH-BXB" airl="KLM" type="B738"/><db reg="PH-BXC" airl="KLM" cargo="true"/>
+        <db reg="PH-BXD" opr="KLM" type="B744"/></dbase>)");
+    gScanList = {livery("KLM", "B738", "a", "PHBXA"),  livery("AFR", "B738", "b", "PH-BXB"),
+                 livery("AFR", "B738", "c"),           livery("AFR", "B738", "d", "F-NONE"),
+                 livery("AFR", "B738", "e", "PH-BXC"), livery("AFR", "B738", "f", "PH-BXD")};
     gf_applyDbaseToLiveries();
     EXPECT_EQ(gScanList[0].airl, "DLH");
     EXPECT_EQ(gScanList[0].type, "B739");
     EXPECT_TRUE(gScanList[0].cargo);
     EXPECT_EQ(gScanList[1].airl, "KLM");
     EXPECT_EQ(gScanList[3].airl, "AFR");
+    for (const std::size_t incomplete : {4, 5}) {
+        EXPECT_EQ(gScanList[incomplete].airl, "AFR");
+        EXPECT_EQ(gScanList[incomplete].type, "B738");
+    }
     EXPECT_THAT(gConversions, ElementsAre(fmt::format("{:80} PHBXA cargo false => true", "a"),
                                           fmt::format("{:80} PHBXA airl KLM => DLH", "a"),
                                           fmt::format("{:80} PHBXA model B738 => B739", "a"),
@@ -183,27 +187,19 @@ TEST_F(ScanResults, AScanWithoutFaultsWritesNoReports) {
 
 TEST_F(ScanResults, ReportsAreSortedAndCounted) {
     std::filesystem::remove(gFiles().errors);
-    std::vector<std::thread> workers;
-    for (int i = 0; i < 4; ++i) {
-        workers.emplace_back([] {
-            for (int line = 0; line < 50; ++line) {
-                gf_addReportLine(gInvalidTypes, fmt::format("line {:02}", line), gScanNumber);
-            }
-        });
-    }
-    for (std::thread& worker : workers) worker.join();
-    gf_addReportLine(gInvalidAirlines, "KLX", gScanNumber);
+    for (int line = 199; line >= 0; --line) gInvalidTypes.push_back(fmt::format("line {:03}", line));
+    gInvalidAirlines.push_back("KLX");
     for (const char* line : {"b", "a", "b"}) {
-        gf_addReportLine(gCodeFixes, line, gScanNumber);
-        gf_addReportLine(gIncompleteSections, line, gScanNumber);
-        gf_addReportLine(gInvalidFiles, line, gScanNumber);
-        gf_addReportLine(gFilesWithoutSections, line, gScanNumber);
+        gCodeFixes.push_back(line);
+        gIncompleteSections.push_back(line);
+        gInvalidFiles.push_back(line);
+        gFilesWithoutSections.push_back(line);
         gConversions.emplace_back(line);
     }
     gf_writeScanReports();
     const FileNames& files = gFiles();
     EXPECT_EQ(readWhole(files.invalidAirlines), "KLX\n");
-    EXPECT_THAT(readWhole(files.invalidTypes), HasSubstr("line 48\nline 49\nline 49\nline 49\nline 49\n"));
+    EXPECT_THAT(readWhole(files.invalidTypes), testing::StartsWith("line 000\nline 001\n"));
     EXPECT_EQ(readWhole(files.fixes), "b\na\nb\n");
     EXPECT_EQ(readWhole(files.invalidFiles), "a\nb\nb\n");
     EXPECT_EQ(readWhole(files.incompleteSections), "a\nb\n");
@@ -218,7 +214,7 @@ TEST_F(ScanResults, ReportsAreSortedAndCounted) {
         "3 empty aircraft.cfg files, see output/info/AircraftCfgWithNoFltsimSection.txt\n"
         "3 liveries updated with real live data from dbase, see output/info/AirlineModelConversions.txt\n"));
     gf_clearScanLists();
-    EXPECT_TRUE(gInvalidTypes.lines.empty() && gConversions.empty());
+    EXPECT_TRUE(gInvalidTypes.empty() && gConversions.empty());
 
     test::writeWhole(files.liveriesScanned, "old");
     gf_removeOldScanFiles();
@@ -230,8 +226,8 @@ TEST_F(ScanResults, ReportsAreSortedAndCounted) {
 TEST_F(ScanResults, AReportThatCannotBeWrittenDoesNotStopTheOthers) {
     std::filesystem::remove(gFiles().errors);
     test::writeWhole(gFiles().errors, "a file in the folder's place");
-    gf_addReportLine(gCodeFixes, "fix", gScanNumber);
-    gf_addReportLine(gFilesWithoutSections, "file", gScanNumber);
+    gCodeFixes.push_back("fix");
+    gFilesWithoutSections.push_back("file");
     gf_writeScanReports();
     EXPECT_TRUE(folder.logged("==> Error writing file output/errors/Fixes.txt: "));
     EXPECT_EQ(readWhole(gFiles().noFltsimSection), "file\n");

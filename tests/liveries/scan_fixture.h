@@ -60,7 +60,7 @@ struct Scan : testing::Test {
         gMayOpenForUser = true;
     }
 
-    static std::vector<LiveryData> readFromDrive(i32 order, const fs::path& path) {
+    static CfgContent readFromDrive(i32 order, const fs::path& path) {
         if (path.string().find("slow") != std::string::npos) std::lock_guard<std::mutex>{gDrive};
         return lf_searchLiveriesinFile(order, path);
     }

@@ -114,6 +114,41 @@ TEST(Log, LinesOfManyThreadsStayWhole) {
     }
 }
 
+TEST(Log, OfLinesFromOutsideTwentyAMinuteAreWrittenAndTheRestIsCounted) {
+    gf_holdClock(1795382103);
+    constexpr i64 kSecondUs = 1'000'000;
+    const auto flood = [](int lines) {
+        for (int i = 0; i < lines; ++i) {
+            if (gf_mayLog(LogKind::noQnh)) gf_log("no QNH");
+        }
+    };
+    std::string twenty;
+    for (int i = 0; i < 20; ++i) twenty += "no QNH\n";
+    const test::LogFolder log;
+    flood(20);
+    flood(100'000);
+    EXPECT_TRUE(gf_mayLog(LogKind::simMessage)) << "each kind has lines of its own";
+    gf_turnClock(59 * kSecondUs);
+    gf_log("in the minute");
+    gf_turnClock(kSecondUs);
+    gf_logError("behind it");
+    std::string expected = twenty + "in the minute\n... and 100000 more: no QNH\n==> behind it\n";
+    EXPECT_EQ(log.logged(), expected);
+    flood(21);
+    gf_turnClock(61 * kSecondUs);
+    flood(22);
+    expected += twenty + "... and 1 more: no QNH\n" + twenty;
+    EXPECT_EQ(log.logged(), expected);
+    gf_logLeftOut();
+    gf_logLeftOut();
+    expected += "... and 2 more: no QNH\n";
+    EXPECT_EQ(log.logged(), expected);
+    flood(3);
+    gf_closeLog();
+    EXPECT_THAT(readFile("Log.txt"), testing::EndsWith(expected + "... and 3 more: no QNH\n"));
+    gf_releaseClock();
+}
+
 TEST(Log, BannersAreFilledWithStars) {
     const std::string stars(34, '*');
     EXPECT_EQ(gf_logBanner(70, 0, false, false, "parameters"), stars + " parameters " + stars);

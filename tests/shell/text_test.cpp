@@ -39,6 +39,19 @@ TEST(Text, LoneSurrogatesAreRefused) {
     EXPECT_THROW(gf_wideToUtf8(std::wstring(1, static_cast<wchar_t>(0xD800))), std::runtime_error);
 }
 
+TEST(Text, AQuotedTextIsShortAndHarmless) {
+    const std::string full(200, 'x');
+    EXPECT_EQ(gf_quoted(full), full);
+    EXPECT_EQ(gf_quoted(full + "x"), full + "...");
+    EXPECT_EQ(gf_quoted(std::string(199, 'x') + "\xC3\xA9"), std::string(199, 'x') + "...") << "no half character";
+    EXPECT_EQ(gf_quoted(std::string(1'000'000, '\0')), std::string(200, '?') + "...");
+    EXPECT_EQ(gf_quoted(std::string("a\0\n\x1B[31m\x7F\tb", 11)), "a???[31m?\tb");
+    EXPECT_EQ(gf_quoted("\xC2\x9B"
+                        "1m \xFF\xE2\x82 \xE2\x82\xAC"),
+              "?1m ??? \xE2\x82\xAC");
+    EXPECT_EQ(gf_quoted("abcd", 3), "abc...");
+}
+
 TEST(Text, BytesOfTheCodePageBecomeTheirCharacters) {
     EXPECT_EQ(gf_ansiToUtf8("Z\xFCrich \x80"), "Z\xC3\xBCrich \xE2\x82\xAC");
     EXPECT_EQ(gf_ansiToUtf8(""), "");

@@ -50,6 +50,9 @@ TEST_F(FlightPlan, ThePlanIsAShortFileThatMsfs2020IsTold) {
     EXPECT_EQ(
         takeCalls(),
         (std::vector<std::string>{"Plan 77 " + (std::filesystem::current_path() / "orig_dest" / "77.pln").string()}));
+    ac.from = "<A&B>";
+    gf_makeFlightPlan(ac);
+    EXPECT_NE(planText().find("<DepartureID>&lt;A&amp;B&gt;</DepartureID>"), std::string::npos);
     gf_removeFlightPlan(77);
     EXPECT_FALSE(std::filesystem::exists("orig_dest/77.pln"));
     gf_removeFlightPlanFolder();

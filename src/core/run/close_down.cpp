@@ -76,6 +76,7 @@ void lf_emptyParameter(EditField& field) {
 }
 
 void lf_logFeedCounters() {
+    gf_logLeftOut();
     if (gFeedCounters.received == 0) return;
     gf_log("Feed: " + gf_feedCounterText());
     const u32 lost = gTrafficReader.droppedBySystem;

@@ -30,6 +30,8 @@ constexpr i32 kShortestLegCs = 25;            // a leg never takes less, however
 constexpr f64 kTicksPerNmAtOneKnot = 360000;  // cs in an hour
 constexpr i32 kNormalLimitCs = 1000;          // maxEarly and maxLate fall back to this
 constexpr i32 kLimitDecayCs = 100;
+constexpr i32 kCatchUpFactor = 2;  // so many times faster than reported flies who is beyond its limit ...
+constexpr i32 kLatestCs = 3000;    // ... but not for ever
 constexpr f64 kFlarePitchLimit = -0.06981317007977318;  // -4 degrees: a tail strike otherwise
 constexpr i32 kExtendTries = 16;                        // more than any rule asks for in one go
 constexpr i32 kFailurePauseCs = 100;                    // failures further apart are not one row of failures
@@ -272,12 +274,20 @@ i32 legTicksAt(const LiveAc& ac, f64 speed) {
     return std::max(kShortestLegCs, roundToTicks(ticks));
 }
 
+/// The latest moment at which S2 may be reached. Who is later than that already hurries, at twice its speed, rather than
+/// leaping there.
+i64 lf_latest(const LiveAc& ac, const PosSample& s2, i64 hurrying) {
+    const i64 latest = i64{s2.time} + ac.maxLate;
+    if (hurrying <= latest) return latest;
+    return std::max(latest, std::min(hurrying, i64{s2.time} + kLatestCs));
+}
+
 void lf_setArrival(LiveAc& ac, i32 legTicks) {
     const i64 now = simTick;
     PosSample& s2 = ac.stream[1];
     i64 arrival = now + legTicks;
     if (ac.extendCount < 1) {
-        arrival = std::min(arrival, i64{s2.time} + ac.maxLate);
+        arrival = std::min(arrival, lf_latest(ac, s2, now + legTicks / kCatchUpFactor));
         arrival = std::max(arrival, i64{s2.time} - ac.maxEarly);
     }
     s2.time = roundToTicks(static_cast<f64>(std::max(arrival, now)));

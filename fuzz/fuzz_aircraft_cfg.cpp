@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <regex>
 #include <stdexcept>
 #include <string>
@@ -36,28 +37,26 @@ constexpr const char* kDbase = R"(<root><aircrafts><aircraft types="B738,A320,B7
 <fixes><fx wro="738" cor="B738"/></fixes><dbase><db reg="PH-BXA" airl="KLM" type="B738"/>
 <db reg="N12" airl="PVT" type="C172"/></dbase></root>)";
 
-struct KeyExpression {
+struct KeyName {
+    const char* name;
     CfgKey key;
-    std::regex expression;
 };
+constexpr KeyName kKeyNames[] = {{"title", CfgKey::title},
+                                 {"texture", CfgKey::texture},
+                                 {"base_container", CfgKey::baseContainer},
+                                 {"icao_type_designator", CfgKey::typeDesignator},
+                                 {"atc_id", CfgKey::atcId},
+                                 {"icao_airline", CfgKey::airline},
+                                 {"atc_parking_types", CfgKey::parkingTypes}};
 
-const std::vector<KeyExpression>& lf_expressions() {
-    static const std::vector<KeyExpression> all = [] {
-        std::vector<KeyExpression> made;
-        const std::pair<CfgKey, const char*> names[] = {{CfgKey::title, "title"},
-                                                        {CfgKey::texture, "texture"},
-                                                        {CfgKey::baseContainer, "base_container"},
-                                                        {CfgKey::typeDesignator, "icao_type_designator"},
-                                                        {CfgKey::atcId, "atc_id"},
-                                                        {CfgKey::airline, "icao_airline"},
-                                                        {CfgKey::parkingTypes, "atc_parking_types"}};
-        for (const auto& [key, name] : names) {
-            made.push_back({key, std::regex(std::string("\\s*(") + name + ")\\s*=\\s*(.*\\S)\\s*",
-                                            std::regex::ECMAScript | std::regex::icase)});
-        }
-        return made;
+/// The expressions of all keys in one, a group for each name and the last one for the value.
+const std::regex& lf_keyExpression() {
+    static const std::regex expression = [] {
+        std::string names;
+        for (const KeyName& key : kKeyNames) names += std::string(names.empty() ? "(" : "|(") + key.name + ")";
+        return std::regex("\\s*(?:" + names + ")\\s*=\\s*(.*\\S)\\s*", std::regex::ECMAScript | std::regex::icase);
     }();
-    return all;
+    return expression;
 }
 
 void lf_require(bool condition) {
@@ -68,10 +67,12 @@ void lf_compareKeys(const std::string& line) {
     CfgKey expected = CfgKey::none;
     std::string value;
     std::smatch match;
-    for (const auto& [key, expression] : lf_expressions()) {
-        if (!std::regex_match(line, match, expression)) continue;
-        expected = key;
-        value = match[2];
+    // Matching takes a hundred times as long as what it is compared with.
+    if (line.find('=') != std::string::npos && std::regex_match(line, match, lf_keyExpression())) {
+        for (std::size_t i = 0; i < std::size(kKeyNames); ++i) {
+            if (match[i + 1].matched) expected = kKeyNames[i].key;
+        }
+        value = match[std::size(kKeyNames) + 1];
     }
     if (const std::size_t first = value.find('"'); first != std::string::npos) {
         const std::size_t second = value.find('"', first + 1);
@@ -84,6 +85,7 @@ void lf_compareKeys(const std::string& line) {
 }
 
 void lf_compareHeader(const std::string& line) {
+    if (line.find('[') == std::string::npos) return;
     static const std::regex header("\\s*(\\[fltsim\\.)(\\d+)\\]\\s*", std::regex::ECMAScript | std::regex::icase);
     std::smatch match;
     const FltSimHeader found = gf_fltSimHeader(line);

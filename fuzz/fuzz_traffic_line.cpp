@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "core/model/tables.h"
@@ -19,6 +20,11 @@ void check(const TrafficReport& report) {
     if (s.alt < 0 || s.speed < 0 || s.tas < 0 || s.airborne != (s.alt > 0)) std::abort();
     if (report.hexid <= kLastStaticId || report.model.empty()) std::abort();
     if (report.callsign.empty() && report.registration.empty()) std::abort();
+    for (const std::string& text : {report.callsign, report.registration, report.model, report.from, report.to}) {
+        for (const char c : text) {
+            if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) std::abort();
+        }
+    }
 }
 
 }  // namespace

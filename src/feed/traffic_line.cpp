@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <exception>
 #include <optional>
 
 #ifdef __SSE2__
@@ -214,20 +215,28 @@ u64 lf_commas(const char* characters, std::size_t count) {
     return commas;
 }
 
-bool lf_holdsControls(const char* at, const char* end) {
-    constexpr u8 kLastControl = 0x1F, kDelete = 0x7F;
+bool lf_isControl(char c) {
+    constexpr char kDelete = 0x7F;
+    return static_cast<u8>(c) < ' ' || c == kDelete;
+}
+
+bool lf_holdsControls(std::string_view text) {
 #ifdef __SSE2__
-    const __m128i lastControl = _mm_set1_epi8(kLastControl), del = _mm_set1_epi8(kDelete);
-    __m128i found = _mm_setzero_si128();
-    for (; end - at >= static_cast<std::ptrdiff_t>(sizeof found); at += sizeof found) {
-        __m128i bytes;
-        std::memcpy(&bytes, at, sizeof bytes);
-        const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(bytes, lastControl), bytes);
-        found = _mm_or_si128(found, _mm_or_si128(isControl, _mm_cmpeq_epi8(bytes, del)));
+    constexpr std::size_t kVector = sizeof(__m128i);
+    if (text.size() >= kVector) {
+        __m128i found = _mm_setzero_si128();
+        const auto look = [&](std::size_t at) {
+            __m128i bytes;
+            std::memcpy(&bytes, text.data() + at, sizeof bytes);
+            const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(' ' - 1)), bytes);
+            found = _mm_or_si128(found, _mm_or_si128(low, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(0x7F))));
+        };
+        for (std::size_t at = 0; at + kVector < text.size(); at += kVector) look(at);
+        look(text.size() - kVector);  // some bytes again, which costs less than a loop for the rest
+        return _mm_movemask_epi8(found) != 0;
     }
-    if (_mm_movemask_epi8(found) != 0) return true;
 #endif
-    return std::any_of(at, end, [](char c) { return static_cast<u8>(c) <= kLastControl || c == kDelete; });
+    return std::any_of(text.begin(), text.end(), lf_isControl);
 }
 
 // Finds the commas of 64 characters at once, without a decision that depends on them: a search for each one, a comma
@@ -259,6 +268,9 @@ struct DecodedLine {
     f64 timestamp = 0;
     u32 hexid = 0;
     LineDrop drop = LineDrop::badField;
+    const char* fault = "";  // of a bad field: what the log says before the field's text
+    Field badField = kHexid;
+    std::string (*faultText)(const DecodedLine&) = nullptr;  // in place of both
 };
 
 std::optional<f64> lf_number(const DecodedLine& line, Field field) {
@@ -271,15 +283,22 @@ bool lf_drop(DecodedLine& line, LineDrop reason) {
     return false;
 }
 
-// Drops the line for a fault, whose text is asked for only when it is logged.
-template <typename Fault>
-bool lf_refuse(DecodedLine& line, Fault fault) {
-    if (gf_mayLog(LogKind::trafficLine)) gf_log("exception in processLineSub: " + fault());
+// The text of a fault is put together when it is logged only.
+bool lf_refuse(DecodedLine& line, std::string (*faultText)(const DecodedLine&)) {
+    line.faultText = faultText;
     return lf_drop(line, LineDrop::badField);
 }
 
 bool lf_refuse(DecodedLine& line, const char* fault, Field field) {
-    return lf_refuse(line, [&] { return fault + gf_quoted(line.fields[field]); });
+    line.fault = fault;
+    line.badField = field;
+    return lf_drop(line, LineDrop::badField);
+}
+
+void lf_logFault(const DecodedLine& line) {
+    if (!gf_mayLog(LogKind::trafficLine)) return;
+    gf_log("exception in processLineSub: " +
+           (line.faultText != nullptr ? line.faultText(line) : line.fault + gf_quoted(line.fields[line.badField])));
 }
 
 // False, and told with the fault's text, for what is no number or outside of the limits.
@@ -293,10 +312,10 @@ bool lf_take(DecodedLine& line, Field field, const Limits& limits, const char* f
 // Whether no control byte stands in the fields of text, which lie side by side but for the category. A callsign that
 // begins with a zero would make an object that nobody can find again; others end lines of the log or steer a terminal.
 bool lf_textsArePlain(const DecodedLine& line) {
-    const std::string_view last = line.fields[kMessageType];
     const char* const begin = line.fields[kCallsign].data();
-    return !lf_holdsControls(begin, last.data() + last.size()) &&
-           !lf_holdsControls(line.fields[kCategory].begin(), line.fields[kCategory].end());
+    const std::string_view last = line.fields[kMessageType];
+    const std::string_view texts(begin, static_cast<std::size_t>(last.data() + last.size() - begin));
+    return !lf_holdsControls(texts) && !lf_holdsControls(line.fields[kCategory]);
 }
 
 bool lf_takeTimestamp(DecodedLine& line) {
@@ -310,13 +329,13 @@ bool lf_takePosition(DecodedLine& line) {
     if (!lat) return lf_refuse(line, "lat:", kLat);
     const std::optional<f64> lon = lf_number(line, kLon);
     if (!lon) return lf_refuse(line, "lon:", kLon);
-    const bool onEarth = std::fabs(*lat) <= 90 && std::fabs(*lon) <= 180;
-    if (!onEarth || !positionKnown(*lat, *lon)) {
-        return lf_refuse(line, [&] { return fmt::format("invalid lalo: {:.6f},{:.6f}", *lat, *lon); });
-    }
     line.sample.lat = *lat;
     line.sample.lon = *lon;
-    return true;
+    const bool onEarth = std::fabs(*lat) <= 90 && std::fabs(*lon) <= 180;
+    if (onEarth && positionKnown(*lat, *lon)) return true;
+    return lf_refuse(line, [](const DecodedLine& bad) {
+        return fmt::format("invalid lalo: {:.6f},{:.6f}", bad.sample.lat, bad.sample.lon);
+    });
 }
 
 bool lf_nearUser(DecodedLine& line) {
@@ -371,7 +390,11 @@ bool lf_takeTrueHeading(DecodedLine& line) {
     if (!lf_isAdsb(line.fields[kMessageType])) return true;
     const std::optional<f64> degrees = lf_number(line, kTrueHeading);
     if (!degrees) return lf_refuse(line, "trueheading:", kTrueHeading);
-    if (*degrees > 360) return lf_refuse(line, [&] { return fmt::format("trueheading: {:.2f}", *degrees); });
+    if (*degrees > 360) {
+        return lf_refuse(line, [](const DecodedLine& bad) {
+            return fmt::format("trueheading: {:.2f}", lf_number(bad, kTrueHeading).value_or(0));
+        });
+    }
     if (*degrees < 0) return true;
     PosSample& s = line.sample;
     s.trueHeading = *degrees == 0 ? 2 * kPi : *degrees * kDegToRad;  // 0 would look like a missing one
@@ -393,9 +416,9 @@ bool lf_decodeAltitude(DecodedLine& line) {
     const TrafficReader& reader = line.reader;
     const std::optional<f64> feet = lf_number(line, kAltitude);
     if (!feet || !lf_within(*feet, kAltitudeLimits)) {
-        return lf_refuse(line, [&] {
-            return fmt::format("altitude {} incorrect, from: {}", gf_quoted(line.fields[kAltitude]),
-                               gf_quoted(reader.text));
+        return lf_refuse(line, [](const DecodedLine& bad) {
+            return fmt::format("altitude {} incorrect, from: {}", gf_quoted(bad.fields[kAltitude]),
+                               gf_quoted(bad.reader.text));
         });
     }
     const bool fieldKnown = reader.parkAirportAltValid;
@@ -535,8 +558,9 @@ void processLineSub(TrafficReader& reader) {
     if (reader.fields.size() < kFieldCount) return lf_count(LineDrop::tooFewFields);
     try {
         DecodedLine line{.reader = reader, .fields = reader.fields};
-        if (!lf_decode(line)) return lf_count(line.drop);
-        lf_count(gFeedCounters.accepted);
+        if (lf_decode(line)) return lf_count(gFeedCounters.accepted);
+        lf_count(line.drop);
+        if (line.drop == LineDrop::badField) lf_logFault(line);
     } catch (const std::exception& e) {
         if (gf_mayLog(LogKind::trafficLine)) gf_log(fmt::format("exception in processLineSub: {}", e.what()));
         lf_count(LineDrop::badField);

@@ -110,10 +110,11 @@ void lf_findGhost(std::string_view callsign) {
     name += '_';
     LiveAc* ghost = lf_findShown(name);
     if (ghost == nullptr) return;
-    if (ghost->flightState == FlightState::parked) {
+    const bool mayLog = gf_mayLog(LogKind::ghost);
+    if (mayLog && ghost->flightState == FlightState::parked) {
         gf_log(fmt::format("{:8}: {:8} is a ghost and will be removed, continue with {}", standName(ghost->standId),
                            ghost->callsign, callsign));
-    } else {
+    } else if (mayLog) {
         gf_log(
             fmt::format("          {:8} is a ghost and will be removed, continue with {}", ghost->callsign, callsign));
     }

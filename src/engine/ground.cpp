@@ -169,7 +169,9 @@ void lf_stepCurve(LiveAc& ac) {
     LatLon position;
     f64 tangent = 0;
     if (!lf_evaluateCurve(ac.curve, ac.curveT, position, tangent)) {
-        gf_log(fmt::format("{} error in curve at index: {:.2F}", ac.callsign, ac.curveT));
+        if (gf_mayLog(LogKind::curve)) {
+            gf_log(fmt::format("{} error in curve at index: {:.2F}", ac.callsign, ac.curveT));
+        }
         return;
     }
     ac.lat = position.lat;

@@ -147,7 +147,7 @@ bool lf_checkIdentity(LiveAc& ac, const TrafficReport& report) {
         return true;
     }
     if (!GUID_CHANGES.current) return true;
-    gf_log(fmt::format("          {} respawns", flightLabel(ac)));
+    if (gf_mayLog(LogKind::respawn)) gf_log(fmt::format("          {} respawns", flightLabel(ac)));
     liveryRespawn(ac);
     return false;
 }

@@ -161,13 +161,12 @@ bool lf_judgeOnStand(LiveAc& ac, PosSample& sample) {
 }
 
 bool lf_reportEmpty(const char* operation) {
-    gf_logError(fmt::format("{} empty sz?", operation));
+    if (gf_mayLog(LogKind::emptyStream)) gf_logError(fmt::format("{} empty sz?", operation));
     return false;
 }
 
 /// The extension ends where the aircraft is; from there it flies a turn towards the sample and then straight to it.
 void lf_turnFromHere(LiveAc& ac, const PosSample& sample) {
-    ac.maxLate += kTurnLateCs;
     ac.stream.resize(1);
     PosSample point = ac.stream.front();
     point.lat = ac.lat;
@@ -181,6 +180,7 @@ void lf_turnFromHere(LiveAc& ac, const PosSample& sample) {
     for (i32 step = 0; step < kTurnSteps; ++step) {
         const f64 left = wrapPi(bearingRad(point.lat, point.lon, sample.lat, sample.lon) - heading);
         if (std::abs(left) <= kTurnStepRad) return;
+        if (step == 0) ac.maxLate += kTurnLateCs;
         heading += left > 0 ? kTurnStepRad : -kTurnStepRad;
         const LatLon place = destinationPoint(point.lat, point.lon, heading, feet);
         point.lat = place.lat;

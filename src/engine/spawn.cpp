@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
@@ -200,7 +201,7 @@ void lf_placeOnFirstSample(LiveAc& ac) {
     ac.alt = s1.alt;
     ac.vsFtPerSec = s1.vs;
     ac.tas = s1.tas;
-    ac.bank = s1.rollValid ? s1.roll : 0;
+    ac.bank = s1.rollValid ? std::remainder(s1.roll, 2 * kPi) : 0;
     ac.pitch = s1.airborne ? airPitch(s1.vs) : kGroundSpawnPitch;
     ac.heading = wrapTwoPi(lf_spawnHeading(ac));
     ac.dHeading = s1.airborne ? 0 : ac.heading;

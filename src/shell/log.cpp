@@ -48,6 +48,10 @@ constexpr std::array kLineStarts = {
     "! Unknown Dispatch dwID",
     "just spawned, but not by",
     "creating a flight plan failed",
+    "aircraft respawns",
+    "is a ghost and will be removed",
+    "error in curve",
+    "empty sz?",
 };
 static_assert(kLineStarts.size() == kKinds);
 

@@ -47,6 +47,10 @@ enum class LogKind : i32 {
     simMessage,
     foreignObject,
     flightPlanFile,
+    respawn,
+    ghost,
+    curve,
+    emptyStream,
     count_
 };
 /// Whether a line of this kind may be written now. Of each kind 20 a minute are; the others are counted, and behind the

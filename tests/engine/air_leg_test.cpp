@@ -45,7 +45,12 @@ TEST_F(AirLeg, HeightFollowsWhatTheSamplesTell) {
         {"climb", 2000, 2300, 1800, 1800, 2000, false, false, 1013, 0.3, false},
         {"climb faster than the type can", 2000, 9000, 1800, 1800, 2000, false, false, 1013, 0.6, false},
         {"descent", 2000, 1700, -1800, -1800, 2000, false, false, 1013, -0.3, false},
-        {"no sinking behind a take-off", 2000, 1700, -1800, -1800, 1000, false, false, 1013, 0.2, false},
+        {"low traffic follows its reports down", 2000, 1700, -1800, -1800, 1000, false, false, 1013, -0.3, false},
+        {"but nobody sinks into the ground", 2000, 1700, -1800, -1800, 90, false, false, 1013, 0.01, false},
+        {"nor is thrown up from it", 2000, 1700, -1800, -1800, -500, false, false, 1013, 0.2, false},
+        {"climb that is told to be faster", 2000, 9000, 1800, 6000, 2000, false, false, 1013, 1.2, false},
+        {"fall that nobody told", 2000, 0.5, -1800, -1800, 2000, false, false, 1013, -5000.0 / 6000, false},
+        {"dive that is told", 2000, 0.5, -1800, -9000, 2000, false, false, 1013, -1.8, false},
         {"approach", 2000, 1700, -700, -700, 900, true, false, 1013, -0.3, false},
         {"approach whose altitude stands still", 2000, 2000, -700, -700, 900, true, false, 1013,
          (-700 + 0.25 * 6) / 6000, false},
@@ -75,6 +80,20 @@ TEST_F(AirLeg, HeightFollowsWhatTheSamplesTell) {
     }
 }
 
+TEST_F(AirLeg, WhoTookOffHereDoesNotSinkBeforeItIsAboveAThousandFeet) {
+    LiveAc& ac = legBetween(2000, 1700);
+    ac.tookOffHere = true;
+    ac.agl = 1000;
+    lf_airDeltas(ac);
+    EXPECT_NEAR(ac.dAlt, 0.2, 1e-9);
+    ac.agl = 1001;
+    lf_airDeltas(ac);
+    EXPECT_NEAR(ac.dAlt, -0.3, 1e-9);
+    ac.agl = 900;
+    lf_airDeltas(ac);
+    EXPECT_NEAR(ac.dAlt, -0.3, 1e-9) << "once above, it may come down";
+}
+
 TEST_F(AirLeg, HiddenTakeOffJumpsToTheFirstSampleInTheAir) {
     LiveAc& ac = legBetween(0, 0);
     ac.stream[1].vs = 900;
@@ -101,7 +120,7 @@ TEST_F(AirLeg, BanksIntoATurnNoFasterThanTheTypeCan) {
     LiveAc& ac = legBetween(5000, 5000);
     ac.stream.push_back(sampleAt({52.01, 4.02}, 5000, 200, simTick + 2000));
     lf_airDeltas(ac);
-    EXPECT_NEAR(ac.dHeading, 90 * kDegToRad / 1000, 1e-5);
+    EXPECT_NEAR(ac.dHeading, 45 * kDegToRad / 1000, 1e-5) << "half of a square corner, the rest behind it";
     EXPECT_NEAR(ac.dBank, -classValue(kBankRate, Large), 1e-12);
     ac.stream[1].time = simTick + 30000;
     lf_airDeltas(ac);

@@ -45,18 +45,32 @@ TEST_F(Extension, ReportThatReturnsIsFollowedAgain) {
     EXPECT_LT(distanceNm(last.lat, last.lon, real.lat, real.lon), 0.5);
 }
 
-TEST_F(Extension, ReportBehindAnExtendedAircraftIsDropped) {
+TEST_F(Extension, ReportAheadIsFlownToAtOnceAndOneBehindByATurn) {
     LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 500));
     ac.extendCount = 5;
     ac.heading = 0;
-    PosSample behind = sampleAt({51.9, 4}, 12000, 300, simTick + 3000);
-    EXPECT_FALSE(checkExtendingSituations(ac, behind));
-    EXPECT_EQ(ac.extendCount, 5);
     PosSample ahead = sampleAt({52.1, 4.02}, 12000, 300, simTick + 3000);
     EXPECT_TRUE(checkExtendingSituations(ac, ahead));
     EXPECT_EQ(ac.extendCount, 0);
     EXPECT_EQ(ac.maxLate, 3000);
     EXPECT_EQ(ac.stream.front().time, simTick + 1);
+    EXPECT_EQ(ac.stream.size(), 1U);
+
+    ac.extendCount = 5;
+    PosSample behind = sampleAt({51.9, 4.01}, 12000, 300, simTick + 3000);
+    EXPECT_TRUE(checkExtendingSituations(ac, behind));
+    EXPECT_EQ(ac.maxLate, 6000) << "the turn costs time";
+    ASSERT_GT(ac.stream.size(), 15U);
+    for (std::size_t i = 1; i < ac.stream.size(); ++i) {
+        const PosSample &a = ac.stream[i - 1], &b = ac.stream[i];
+        EXPECT_EQ(b.time - a.time, 300);
+        EXPECT_NEAR(distanceNm(a.lat, a.lon, b.lat, b.lon), 300 * 3.0 / 3600, 1e-6);
+    }
+    const PosSample& end = ac.stream.back();
+    EXPECT_GT(end.lon, 4) << "to the right, by the shorter way";
+    const PosSample& last = ac.stream[ac.stream.size() - 2];
+    const f64 course = bearingRad(last.lat, last.lon, end.lat, end.lon);
+    EXPECT_LT(std::abs(wrapPi(bearingRad(end.lat, end.lon, behind.lat, behind.lon) - course)), 10 * kDegToRad);
 }
 
 TEST_F(Extension, EndsAtOnceForWhomNobodyWouldSee) {

@@ -266,7 +266,7 @@ TEST(Appearing, ABurstComesWithoutLeapsAndNobodyIsLateForLong) {
     EXPECT_EQ(shown, 80);
     EXPECT_EQ(sum.jumps, 0);
     EXPECT_LT(spreadOf(sum.timeErrors).worst, 8) << "an aircraft that had to wait appears where its reports are by then";
-    EXPECT_LT(spreadOf(sum.speedErrors).worst, 60);
+    EXPECT_LT(spreadOf(sum.speedErrors).worst, 100);
 }
 
 TEST(Appearing, TheLimitHoldsAndFarTrafficGivesWayOneASecond) {
@@ -281,7 +281,7 @@ TEST(Appearing, TheLimitHoldsAndFarTrafficGivesWayOneASecond) {
         flight.line.lon = 4.7;
         lf_add(lines, flight);
     }
-    world.feed(lines);
+    lf_play(world, lines, 0);
     std::size_t most = 0;
     u64 removals = 0;
     f64 lastRemoval = -10, shortest = 10;

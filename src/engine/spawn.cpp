@@ -28,7 +28,7 @@ namespace {
 constexpr i32 kLeadOnGroundCs = 300;  // a taxiing aircraft needs its path three seconds early
 constexpr i32 kLeadCs = 100;
 constexpr std::size_t kBusyQueue = 10;  // with more creations under way a newcomer waits, with a fresh first sample
-constexpr i32 kUntilActiveCs = 250;     // from the call that creates an aircraft until it follows its path
+constexpr i32 kUntilActiveCs = 200;     // from the call that creates an aircraft until it follows its path
 constexpr i32 kBetweenCreationsCs = 50;
 constexpr i32 kExchangeCs = 100;        // a far aircraft makes room for a near one at most once in this time ...
 constexpr i32 kShownAtLeastCs = 1000;   // ... and never one that has just come
@@ -66,7 +66,8 @@ std::size_t lf_creationsUnderWay() {
 /// Who had to wait appears where its reports are by now.
 void lf_freshenFirst(LiveAc& ac) {
     if (ac.spawnHeadingValid) return;  // a respawn goes on in place
-    const i32 appearsAt = simTick + kUntilActiveCs + static_cast<i32>(lf_creationsUnderWay()) * kBetweenCreationsCs;
+    // The earliest moment that is possible: who comes later flies on from there, who came sooner would hang in the air.
+    const i32 appearsAt = simTick + kUntilActiveCs + static_cast<i32>(gLiveAdding.size()) * kBetweenCreationsCs;
     while (ac.stream.size() >= 2 && ac.stream[1].time <= appearsAt) lf_dropFirst(ac);
     if (ac.stream.size() < 2 || ac.stream[1].stationary || ac.stream.front().time >= appearsAt) return;
     ac.stream.front() = sampleBetween(ac.stream[0], ac.stream[1], appearsAt);

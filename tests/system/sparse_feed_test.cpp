@@ -266,7 +266,8 @@ TEST(Appearing, ABurstComesWithoutLeapsAndNobodyIsLateForLong) {
     EXPECT_EQ(shown, 80);
     EXPECT_EQ(sum.jumps, 0);
     EXPECT_LT(spreadOf(sum.timeErrors).worst, 8) << "an aircraft that had to wait appears where its reports are by then";
-    EXPECT_LT(spreadOf(sum.speedErrors).worst, 100);
+    EXPECT_LT(spreadOf(sum.speedErrors).p95, 30);
+    EXPECT_LT(spreadOf(sum.speedErrors).worst, 250) << "who is there some tenths of a second early may stand so long";
 }
 
 TEST(Appearing, TheLimitHoldsAndFarTrafficGivesWayOneASecond) {

@@ -211,6 +211,10 @@ void lf_placeOnFirstSample(LiveAc& ac) {
 
 }  // namespace
 
+void gf_forgetExchanges() {
+    lf_lastExchange = 0;
+}
+
 void lf_completeTexts(LiveAc& ac) {
     if (!ac.registration.empty() && !lf_isValidCallsign(ac.callsign)) ac.callsign = ac.registration;
     if (const DbaseRecord* record = ac.registration.empty() ? nullptr : gf_dbaseRecord(ac.registration)) {

@@ -9,6 +9,7 @@
 #include "shell/text.h"
 #include "shell/text_files.h"
 #include "tools/feed/recording.h"
+#include "tools/replay/command_log.h"
 #include "tools/replay/flight_log.h"
 #include "tools/replay/measure_text.h"
 #include "tools/replay/work_folder.h"
@@ -72,6 +73,7 @@ int replay(const ReplayOptions& options) {
     SimulatedRun run(setup);
     if (!airport.code.empty()) useParkAirport(airport);
     FlightLog log(run);
+    const CommandLog commands;
     const i64 begin = gf_systemSteadyUs();  // of the wall; the run's own clock is turned by hand
     const f64 duration = lines.back().time - lines.front().time;
     run.feed(lines);
@@ -85,6 +87,8 @@ int replay(const ReplayOptions& options) {
                "aircraft in range, {} of them flew\n",
                duration / 60, took, (duration + kAfterwards) / took, user.lat, user.lon, lines.size(),
                log.flights.size(), shown);
+    fmt::print("{} creations, {} removals, {} events, {} positions; fingerprint {:016x}\n", commands.creations,
+               commands.removals, commands.events, commands.writes, commands.hash);
     if (!whole) fmt::print("the program stopped by itself after {:.0f} s\n", run.seconds());
     return whole ? 0 : 1;
 }

@@ -84,6 +84,7 @@ void resetProgram() {
 SimulatedRun::SimulatedRun(const SimulatedRunOptions& options) {
     gf_holdClock(options.utc);
     gf_seedRandom(kSeed);
+    simTick = 0;  // what is done every so many cycles comes at the same moments each time
     gf_openLog();
     gf_startSandbox(options.scenario, options.trace);
     gf_loadAtStart();

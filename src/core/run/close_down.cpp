@@ -8,6 +8,7 @@
 #include "core/run/run.h"
 #include "core/run/snapshot.h"
 #include "core/run/worker.h"
+#include "engine/spawn.h"
 #include "feed/control_channel.h"
 #include "feed/qnh_reader.h"
 #include "feed/traffic_reader.h"
@@ -195,6 +196,7 @@ bool gf_resetRun() {
     gSelectedStand.clear();
     gf_wantReports(false);
     gf_clearTables();
+    gf_forgetExchanges();
     gf_forgetSnapshot();
     noMatchAircraft.clear();
     failedTitles.clear();

@@ -1,3 +1,5 @@
+#include "engine/air_leg.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -5,9 +7,9 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
-#include "engine/following.h"
 #include "engine/ground.h"
 #include "engine/landing.h"
+#include "engine/leg.h"
 #include "parking/park_airport.h"
 #include "sim/aircraft.h"
 

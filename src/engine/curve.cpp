@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/following.h"
+#include "engine/leg.h"
+
 
 namespace hcr {
 namespace {

@@ -4,12 +4,12 @@
 #include <array>
 #include <cmath>
 
+#include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/tables.h"
-#include "engine/following.h"
 #include "engine/ground.h"
 #include "engine/holding.h"
-#include "engine/life_cycle.h"
+#include "engine/leg.h"
 #include "feed/traffic_reader.h"
 #include "parking/park_airport.h"
 #include "shell/parameters.h"

@@ -9,7 +9,7 @@
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
 #include "engine/curve.h"
-#include "engine/following.h"
+#include "engine/leg.h"
 #include "engine/take_off.h"
 #include "shell/log.h"
 #include "sim/aircraft.h"

@@ -6,8 +6,8 @@
 
 #include "core/model/labels.h"
 #include "engine/conflicts.h"
-#include "engine/following.h"
-#include "engine/life_cycle.h"
+#include "engine/leg.h"
+#include "engine/reappearance.h"
 #include "liveries/dbase.h"
 #include "liveries/matching.h"
 #include "parking/learned.h"

@@ -1,3 +1,5 @@
+#include "engine/intake.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -6,8 +8,10 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
-#include "engine/following.h"
-#include "engine/landing.h"
+#include "engine/air_leg.h"
+#include "engine/leg.h"
+#include "engine/report_judgement.h"
+#include "engine/standstill.h"
 #include "engine/take_off.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
@@ -17,8 +21,6 @@ namespace hcr {
 namespace {
 
 constexpr std::size_t kStuckStream = 200;                // so many samples ahead mean that nothing moves any more
-constexpr f64 kStandstillDegrees = 0.00015;              // about 15 m: positions of a standing aircraft scatter as far
-constexpr f64 kStandstillSpeed = 50, kRepeatSpeed = 30;  // knots: a take-off run may repeat a position above these
 constexpr std::size_t kTrimDepth = 7;                    // samples looked back at
 constexpr i32 kTrimCs = 1500;                            // a stop shorter than this is cut out
 constexpr f64 kTrimNm = 0.011879049676025918;            // 22 m
@@ -28,10 +30,6 @@ constexpr f64 kTakeOffSpeed = 43;                        // knots: nobody taxies
 /// Limits a value that strangers sent; NaN becomes the lower bound.
 void lf_limit(f64& value, f64 bound) {
     value = value >= -bound ? std::min(value, bound) : -bound;
-}
-
-bool lf_within(f64 a, f64 b, f64 bound) {
-    return std::abs(a - b) <= bound;
 }
 
 bool lf_leavesHold(LiveAc& ac, const PosSample& sample) {
@@ -113,33 +111,6 @@ void limitSample(PosSample& sample) {
     lf_limit(sample.vs, kWildestFt);
     lf_limit(sample.speed, kWildestKt);
     lf_limit(sample.tas, kWildestKt);
-}
-
-bool lf_checkGroundSample(LiveAc& ac, PosSample& sample) {
-    if (ac.stream.empty()) return true;
-    const PosSample& last = ac.stream.back();
-    const bool equal = samePosition(last.lat, last.lon, sample.lat, sample.lon);
-    sample.stationary = equal;
-    if (ac.acClass == Rotorcraft) return true;
-
-    const bool inAir = sample.airborne || (ac.lifeState == LifeState::active && !ac.onGround);
-    const bool running = ac.takeOffRun && sample.speed > 0;
-    if (equal) {
-        if (inAir || (running && last.speed >= kRepeatSpeed)) return false;
-        sample.speed = 0;
-        return true;
-    }
-    if (lf_within(last.lat, sample.lat, kStandstillDegrees) && lf_within(last.lon, sample.lon, kStandstillDegrees)) {
-        if (inAir || (running && last.speed >= kStandstillSpeed)) return false;
-        const i32 time = sample.time;
-        sample = last;
-        sample.time = time;
-        sample.speed = 0;
-        sample.stationary = true;
-        return true;
-    }
-    if (sample.speed != 0 || (!ac.takeOffRun && !sample.airborne)) return true;
-    return last.speed < kStandstillSpeed;
 }
 
 void decodeExisting(LiveAc& ac, PosSample sample) {

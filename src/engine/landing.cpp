@@ -5,7 +5,7 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/tables.h"
-#include "engine/following.h"
+#include "engine/leg.h"
 #include "parking/park_airport.h"
 #include "sim/aircraft.h"
 
@@ -17,7 +17,6 @@ constexpr f64 kCleanAgl = 2400, kFlaps2Agl = 2000;              // feet
 constexpr f64 kDescendingVs = -250, kClimbingVs = 400;          // feet per minute
 constexpr f64 kLevelVs = 100, kGoAroundVs = 600;
 constexpr f64 kNearAirportNm = 10;
-constexpr i32 kRaisedLimitCs = 3000, kTakeOffLateCs = 5000;
 constexpr f64 kFlareAgl = 400;                                 // feet; nothing of a flare happens above
 constexpr f64 kFlarePitch = -0.06981317007977318;              // 4 degrees nose up
 constexpr f64 kLeverReverse = 100, kLeverReverseFsltl = -100;  // percent
@@ -117,11 +116,6 @@ void lf_touchDown(LiveAc& ac) {
 }
 
 }  // namespace
-
-void setLimits(LiveAc& ac) {
-    ac.maxEarly = kRaisedLimitCs;
-    ac.maxLate = ac.takeOffRun ? kTakeOffLateCs : kRaisedLimitCs;
-}
 
 void lf_lowAltitudeConfig(LiveAc& ac) {
     if (!ac.climbLightsDone) {

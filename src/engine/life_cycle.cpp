@@ -11,8 +11,8 @@
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/extension.h"
-#include "engine/following.h"
 #include "engine/identity.h"
+#include "engine/intake.h"
 #include "liveries/dbase.h"
 #include "parking/park_airport.h"
 #include "shell/log.h"
@@ -161,46 +161,7 @@ void lf_update(LiveAc& ac, const TrafficReport& report) {
     decodeExisting(ac, report.sample);
 }
 
-/// The sample that a respawn goes on from, at the front of the stream.
-PosSample lf_respawnSample(LiveAc& ac) {
-    PosSample& s1 = ac.stream.front();
-    if (ac.flightState == FlightState::parked) {
-        ac.stream.resize(1);
-        s1.stationary = true;
-        s1.track = ac.heading * kRadToDeg;
-        return s1;
-    }
-    s1.stationary = samePosition(s1.lat, s1.lon, ac.lat, ac.lon);
-    PosSample sample = s1;
-    sample.lat = ac.lat;
-    sample.lon = ac.lon;
-    sample.alt = ac.alt;
-    sample.roll = ac.bank;
-    sample.rollValid = true;
-    return sample;
-}
-
 }  // namespace
-
-std::string gf_airlineOfCallsign(const std::string& callsign) {
-    const auto letter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-    if (callsign.size() < 4 || !std::all_of(callsign.begin(), callsign.begin() + 3, letter)) return {};
-    if (callsign[3] < '0' || callsign[3] > '9') return {};
-    return gf_upper(std::string_view(callsign).substr(0, 3));
-}
-
-bool classShown(i32 acClass) {
-    switch (acClass) {
-        case Light:
-            return LIGHT_AIRCRAFT.current;
-        case HighPerf:
-            return HIGH_PERF_AIRCRAFT.current;
-        case Rotorcraft:
-            return HELICOPTERS.current;
-        default:
-            return acClass >= 0 && acClass < kClassCount;
-    }
-}
 
 void gf_decodeReport(TrafficReport& report) {
     if (LiveAc* ac = findLiveByHexid(report.hexid)) {
@@ -208,24 +169,6 @@ void gf_decodeReport(TrafficReport& report) {
     } else if (!lf_isSecondAddress(report)) {
         lf_decodeNew(report);
     }
-}
-
-void liveryRespawn(LiveAc& ac) {
-    if (!ac.stream.empty()) {
-        PosSample sample = lf_respawnSample(ac);
-        sample.time = simTick + 1;
-        ac.stream.insert(ac.stream.begin(), sample);
-    }
-    ac.lifeState = LifeState::liveryrespawn;
-    ac.spawnHeading = ac.heading;
-    ac.spawnHeadingValid = true;
-    if (ac.objectId == 0) {
-        gf_logError(fmt::format("{} removing act {} with objectid=0 ?", "liveryRespawn", liveAcLabel(ac)));
-        return;
-    }
-    u32 selected = ac.objectId;
-    gSelectedObject.compare_exchange_strong(selected, 0);
-    gRemovedObjects.push_back(ac.objectId);
 }
 
 }  // namespace hcr

@@ -1,10 +1,11 @@
+#include "engine/park_limits.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 
 #include "core/model/labels.h"
 #include "core/model/tables.h"
-#include "engine/life_cycle.h"
 #include "parking/plan.h"
 #include "shell/log.h"
 #include "shell/parameters.h"

@@ -1,11 +1,16 @@
 #include "engine/reappearance.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "core/model/geo.h"
+#include "core/model/labels.h"
+#include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "engine/following.h"
+#include "engine/leg.h"
+#include "shell/log.h"
 #include "sim/aircraft.h"
 
 namespace hcr {
@@ -38,6 +43,25 @@ LiveAc lf_freshRecord(LiveAc& ac) {
     return fresh;
 }
 
+/// The sample that a respawn goes on from, at the front of the stream.
+PosSample lf_respawnSample(LiveAc& ac) {
+    PosSample& s1 = ac.stream.front();
+    if (ac.flightState == FlightState::parked) {
+        ac.stream.resize(1);
+        s1.stationary = true;
+        s1.track = ac.heading * kRadToDeg;
+        return s1;
+    }
+    s1.stationary = samePosition(s1.lat, s1.lon, ac.lat, ac.lon);
+    PosSample sample = s1;
+    sample.lat = ac.lat;
+    sample.lon = ac.lon;
+    sample.alt = ac.alt;
+    sample.roll = ac.bank;
+    sample.rollValid = true;
+    return sample;
+}
+
 }  // namespace
 
 bool needsALeap(const LiveAc& ac) {
@@ -54,6 +78,24 @@ void startAnew(LiveAc& ac) {
     ac = lf_freshRecord(ac);
     ac.lifeState = LifeState::liveryrespawn;
     if (ac.objectId == 0) return;
+    u32 selected = ac.objectId;
+    gSelectedObject.compare_exchange_strong(selected, 0);
+    gRemovedObjects.push_back(ac.objectId);
+}
+
+void liveryRespawn(LiveAc& ac) {
+    if (!ac.stream.empty()) {
+        PosSample sample = lf_respawnSample(ac);
+        sample.time = simTick + 1;
+        ac.stream.insert(ac.stream.begin(), sample);
+    }
+    ac.lifeState = LifeState::liveryrespawn;
+    ac.spawnHeading = ac.heading;
+    ac.spawnHeadingValid = true;
+    if (ac.objectId == 0) {
+        gf_logError(fmt::format("{} removing act {} with objectid=0 ?", "liveryRespawn", liveAcLabel(ac)));
+        return;
+    }
     u32 selected = ac.objectId;
     gSelectedObject.compare_exchange_strong(selected, 0);
     gRemovedObjects.push_back(ac.objectId);

@@ -10,5 +10,7 @@ bool needsALeap(const LiveAc& ac);
 /// Takes the aircraft out of the simulator; it appears anew from the samples behind S1, by the rules of a new one and in
 /// the same livery. Run thread.
 void startAnew(LiveAc& ac);
+/// Takes the aircraft out of the simulator to be created again in place with another title or name. Run thread.
+void liveryRespawn(LiveAc& ac);
 
 }  // namespace hcr

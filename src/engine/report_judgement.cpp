@@ -1,3 +1,5 @@
+#include "engine/report_judgement.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -6,8 +8,8 @@
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "engine/following.h"
-#include "engine/landing.h"
+#include "engine/leg.h"
+#include "engine/standstill.h"
 #include "parking/learned.h"
 #include "platform/clock.h"
 #include "shell/log.h"

@@ -1,3 +1,5 @@
+#include "engine/sim_news.h"
+
 #include <fmt/format.h>
 
 #include <mutex>
@@ -8,7 +10,6 @@
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/landing.h"
-#include "engine/life_cycle.h"
 #include "parking/plan.h"
 #include "shell/log.h"
 #include "sim/aircraft.h"

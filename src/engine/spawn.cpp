@@ -6,13 +6,15 @@
 #include <cmath>
 
 #include "core/model/geo.h"
+#include "core/model/labels.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "engine/air_leg.h"
 #include "engine/conflicts.h"
 #include "engine/extension.h"
-#include "engine/following.h"
 #include "engine/ground.h"
-#include "engine/life_cycle.h"
+#include "engine/leg.h"
+#include "engine/park_limits.h"
 #include "liveries/dbase.h"
 #include "liveries/matching.h"
 #include "parking/learned.h"

@@ -7,8 +7,7 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/labels.h"
-#include "engine/following.h"
-#include "engine/landing.h"
+#include "engine/leg.h"
 #include "shell/log.h"
 #include "sim/aircraft.h"
 

@@ -6,6 +6,7 @@
 #include "core/model/tables.h"
 #include "engine/following.h"
 #include "engine/life_cycle.h"
+#include "engine/sim_news.h"
 #include "feed/traffic_reader.h"
 #include "liveries/dbase.h"
 #include "liveries/matching.h"

@@ -1,15 +1,16 @@
-#include "engine/extension.h"
-
-#include <gtest/gtest.h>
-
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "engine/extension.h"
 #include "engine/following.h"
-#include "engine/landing.h"
+#include "engine/leg.h"
+#include "engine/report_judgement.h"
 #include "feed/traffic_reader.h"
 #include "shell/parameters.h"
 #include "sim/session.h"
 #include "tests/engine/engine_world.h"
+
+#include <gtest/gtest.h>
+
 
 namespace hcr::test {
 namespace {

@@ -1,18 +1,23 @@
-#include "engine/following.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "engine/following.h"
+#include "engine/intake.h"
+#include "engine/leg.h"
 #include "engine/life_cycle.h"
+#include "engine/reappearance.h"
+#include "engine/sim_news.h"
+#include "engine/standstill.h"
 #include "liveries/dbase.h"
 #include "shell/random.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"
 #include "tests/engine/allocation_count.h"
 #include "tests/engine/engine_world.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
 
 namespace hcr::test {
 namespace {

@@ -1,20 +1,26 @@
-#include "engine/ground.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/curve.h"
 #include "engine/following.h"
+#include "engine/ground.h"
+#include "engine/intake.h"
 #include "engine/landing.h"
+#include "engine/leg.h"
 #include "engine/life_cycle.h"
+#include "engine/park_limits.h"
+#include "engine/reappearance.h"
+#include "engine/report_judgement.h"
+#include "engine/standstill.h"
 #include "engine/take_off.h"
 #include "parking/park_airport.h"
 #include "shell/parameters.h"
 #include "sim/definitions.h"
 #include "tests/engine/engine_world.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
 
 namespace hcr::test {
 namespace {

@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "core/model/aircraft_class.h"
+#include "core/model/labels.h"
 #include "core/model/tables.h"
 #include "engine/life_cycle.h"
 #include "engine/spawn.h"

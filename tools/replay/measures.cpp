@@ -4,8 +4,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
-#include "engine/life_cycle.h"
 #include "liveries/dbase.h"
 
 namespace hcr {

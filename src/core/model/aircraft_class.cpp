@@ -1,6 +1,7 @@
 #include "core/model/aircraft_class.h"
 
 #include "core/model/geo.h"
+#include "shell/parameters.h"
 
 namespace hcr {
 namespace {
@@ -27,5 +28,18 @@ constinit const ClassTable<i32> kFlareTicks{250, 300, 400, 450, 150, 100};
 constinit const ClassTable<i32> kTouchdownTicks{250, 300, 350, 450, 150, 100};
 constinit const ClassTable<i32> kRotationTicks{100, 200, 200, 250, 100, 100};
 constinit const ClassTable<i32> kClimbPitchTicks{200, 250, 300, 400, 200, 100};
+
+bool classShown(i32 acClass) {
+    switch (acClass) {
+        case Light:
+            return LIGHT_AIRCRAFT.current;
+        case HighPerf:
+            return HIGH_PERF_AIRCRAFT.current;
+        case Rotorcraft:
+            return HELICOPTERS.current;
+        default:
+            return acClass >= 0 && acClass < kClassCount;
+    }
+}
 
 }  // namespace hcr

@@ -28,4 +28,7 @@ extern const ClassTable<f64> kRotationPitch, kClimbPitch, kTaxiTurnRate, kMaxCli
 // Centiseconds.
 extern const ClassTable<i32> kFlareTicks, kTouchdownTicks, kRotationTicks, kClimbPitchTicks;
 
+/// True when the settings let aircraft of this class be shown; false for what is no class. Any thread.
+bool classShown(i32 acClass);
+
 }  // namespace hcr

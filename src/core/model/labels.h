@@ -15,4 +15,7 @@ std::string airlineModel(const FlightTexts& ac);
 /// The stand's name; "sid==0?" for 0, "sid==?" when there is no such stand.
 std::string standName(u32 standId);
 
+/// Name of the flight read as an airline: three letters and a digit; empty when it isn't that.
+std::string gf_airlineOfCallsign(const std::string& callsign);
+
 }  // namespace hcr

@@ -12,6 +12,7 @@
 #include "engine/conflicts.h"
 #include "engine/following.h"
 #include "engine/life_cycle.h"
+#include "engine/sim_news.h"
 #include "feed/control_channel.h"
 #include "feed/traffic_reader.h"
 #include "liveries/matching.h"

@@ -9,7 +9,7 @@
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 
 namespace hcr {
 namespace {

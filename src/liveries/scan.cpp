@@ -23,7 +23,7 @@
 #include "shell/run_stop.h"
 #include "shell/settings.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {

@@ -8,7 +8,7 @@
 #include "feed/traffic_reader.h"
 #include "parking/plan.h"
 #include "shell/parameters.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/session.h"

@@ -16,7 +16,7 @@
 #include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/text_files.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {

@@ -15,7 +15,7 @@
 #include "shell/program_update.h"
 #include "shell/run_stop.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 
 namespace fs = std::filesystem;
 

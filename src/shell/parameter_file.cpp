@@ -11,7 +11,7 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/xml.h"
 
 namespace hcr {

@@ -9,7 +9,7 @@
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 
 namespace fs = std::filesystem;
 

@@ -21,7 +21,7 @@
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/dispatch.h"

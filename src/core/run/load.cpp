@@ -18,7 +18,7 @@
 #include "shell/settings.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {

@@ -19,7 +19,7 @@
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/text_files.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/flight_plan.h"
 

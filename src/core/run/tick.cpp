@@ -25,7 +25,7 @@
 #include "shell/parameter_file.h"
 #include "shell/text.h"
 #include "shell/time_text.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"

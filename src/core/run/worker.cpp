@@ -18,7 +18,7 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/session.h"
 

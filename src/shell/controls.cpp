@@ -1,4 +1,4 @@
-#include "shell/window/controls.h"
+#include "shell/controls.h"
 
 #include "shell/window_state.h"
 

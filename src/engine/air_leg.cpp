@@ -192,16 +192,16 @@ i32 lf_towardsSchedule(const LiveAc& ac, i32 ticks) {
 /// Behind a sharp corner the first piece of a long leg takes the whole turn: spread over all of it, the aircraft would
 /// fly sideways for most of the way.
 void lf_splitBehindCorner(LiveAc& ac) {
-    if (ac.stream[1].stationary) return;
+    const PosSample& s2 = ac.stream[1];
+    if (s2.stationary || !s2.airborne || !ac.stream[0].airborne) return;  // an altitude of 0 is no altitude to mix
     const f64 turn = std::abs(wrapPi(ac.targetHeading - ac.heading)) / kCornerRate;
     const f64 leg = legTicksAt(ac, lf_legSpeed(ac));
     if (turn * kCornerRate < kSharpCorner || turn * kLongLegs > leg) return;
     PosSample here = ac.stream[0];
     here.lat = ac.lat;
     here.lon = ac.lon;
-    here.time = simTick;
-    const f64 end = std::max<f64>(ac.stream[1].time, simTick + kLongLegs * 100);
-    PosSample corner = sampleBetween(here, ac.stream[1], roundToTicks(simTick + (end - simTick) * turn / leg));
+    // Who is late at the end of the leg is as late at the corner.
+    PosSample corner = sampleBetween(here, s2, turn / leg, roundToTicks(s2.time - (leg - turn)));
     corner.adsb = corner.rollValid = corner.trueHeadingValid = false;
     ac.stream.insert(ac.stream.begin() + 1, corner);
 }
@@ -256,6 +256,7 @@ void lf_airDeltas(LiveAc& ac) {
     if (ac.stream[0].alt < kHighAltitude) {
         lf_lowAltitudeConfig(ac);
     } else {
+        decayLimits(ac);
         lf_highAltitudeConfig(ac);
     }
 }

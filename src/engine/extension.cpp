@@ -6,6 +6,7 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
+#include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/ground.h"
 #include "engine/holding.h"
@@ -20,6 +21,7 @@ namespace {
 
 constexpr i32 kStepsInAir = 8, kStepsOnGround = 10, kStepsParked = 1;
 constexpr i32 kLegInAirS = 8, kLegOnGroundS = 3;
+constexpr i32 kLongestBlindCs = 12000;  // what is told without news for longer isn't believed to fly any more
 constexpr i32 kStepsToReport = 5;  // more than the 30 seconds between a report and its playing
 constexpr i32 kLegParkedS = 604800;  // a week: a parked aircraft stays
 constexpr f64 kRangeMarginNm = 0.5;  // who is lost at the edge of the range has left it
@@ -82,6 +84,7 @@ void lf_changeSpeed(const LiveAc& ac, PosSample& sample, i32 steps) {
     if (sample.stationary || ac.flightState == FlightState::parked) {
         lf_stop(sample);
     } else if (!ac.onGround) {
+        if (!ac.landing && ac.repeats > 0) return;  // it is still told, at this speed
         if (!ac.landing) {
             sample.speed = std::max(sample.speed * kSlowDownInAir, kSlowestKt);
         } else if (steps >= kFinalSlowsFromStep) {
@@ -139,7 +142,8 @@ void lf_extendStream(LiveAc& ac, i32 steps) {
 
 void keepExtending(LiveAc& ac) {
     // On final the speed falls with the count of steps, and the ground ends the flight soon enough.
-    if (ac.extendCount > 0 && !ac.onGround && !ac.landing) ac.extendCount = std::max(ac.extendCount, kStepsToReport);
+    if (ac.extendCount <= 0 || ac.onGround || ac.landing || simTick - ac.reportTick > kLongestBlindCs) return;
+    ac.extendCount = std::max(ac.extendCount, kStepsToReport);
 }
 
 void extendAtBirth(LiveAc& ac) {

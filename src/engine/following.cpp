@@ -32,6 +32,7 @@ constexpr f64 kFlarePitchLimit = -0.06981317007977318;  // -4 degrees: a tail st
 constexpr i32 kExtendTries = 16;                        // more than any rule asks for in one go
 constexpr i32 kFailurePauseCs = 100;                    // failures further apart are not one row of failures
 constexpr i32 kFailureLogCs = 6000;                     // a failing aircraft is logged once a minute
+constexpr i32 kNeverSeenCs = 6000;                      // an object is seen within seconds of its creation
 constexpr i32 kFailureLimitCs = 3000;                   // one that fails for 30 s without a break is given up
 
 /// A row of failures of one aircraft, so that a leg that can't be planned neither floods the log nor stands for ever.
@@ -101,6 +102,12 @@ void lf_updateActive(LiveAc& ac, i32 tick) {
     }
 }
 
+/// Whose object was never seen, since it came into being beyond the range or vanished before, mustn't hold a place for
+/// ever. Should the object show itself later, it finds no record and is removed.
+void lf_giveUpUnseen(LiveAc& ac) {
+    if (ac.objectId == 0 && simTick - ac.createdTick > kNeverSeenCs) ac.eraseLive = true;
+}
+
 /// Makes the stream at least two samples long, with an S2 to which the aircraft can move. False: nothing left to fly.
 bool lf_provideNextSample(LiveAc& ac) {
     i32 tries = 0;
@@ -115,6 +122,10 @@ bool lf_provideNextSample(LiveAc& ac) {
 }
 
 void lf_nextPos(LiveAc& ac) {
+    if (needsALeap(ac)) {  // asked before the plan moves times and puts samples in
+        startAnew(ac);
+        return;
+    }
     ac.curve = GroundCurve{};
     ac.curveT = 0;
     PosSample& s2 = ac.stream[1];
@@ -139,10 +150,6 @@ void lf_nextPos(LiveAc& ac) {
         }
         // Behind the deltas, for they may choose a later S2.
         const PosSample& target = ac.stream[1];
-        if (needsALeap(ac)) {
-            startAnew(ac);
-            return;
-        }
         const f64 dt = legTicksLeft(ac);
         ac.dLat = (target.lat - ac.lat) / dt;
         ac.dLon = shortWay(target.lon - ac.lon) / dt;
@@ -279,6 +286,8 @@ bool updateLiveAc(LiveAc& ac) {
             lf_updateActive(ac, simTick.load(std::memory_order_relaxed));
         } else if (ac.lifeState == LifeState::buffer) {
             lf_spawnCheck(ac);
+        } else if (ac.lifeState == LifeState::adding2sim) {
+            lf_giveUpUnseen(ac);
         }
     } catch (const std::exception& failure) {
         lf_onFailure(ac, failure.what());

@@ -18,6 +18,8 @@ constexpr i32 kShortestLegCs = 25;            // a leg never takes less, however
 constexpr f64 kTicksPerNmAtOneKnot = 360000;  // cs in an hour
 constexpr i32 kNormalLimitCs = 1000;          // maxEarly and maxLate fall back to this
 constexpr i32 kLimitDecayCs = 100;
+constexpr f64 kSpeedFactor = 2, kSpeedOnTopKt = 100;  // who has a path to make good isn't seen to rush
+constexpr f64 kUnknownSpeedKt = 600;
 constexpr i32 kCatchUpFactor = 2;  // so many times faster than reported flies who is beyond its limit ...
 constexpr i32 kLatestCs = 3000;    // ... but not for ever
 constexpr i32 kRaisedLimitCs = 3000, kTakeOffLateCs = 5000;
@@ -45,6 +47,16 @@ f64 legTicksLeft(const LiveAc& ac) {
     return static_cast<f64>(std::max<i64>(left, kShortestLegCs));
 }
 
+f64 highestLegSpeed(const LiveAc& ac) {
+    const f64 told = std::max(ac.stream[0].speed, ac.stream[1].speed);
+    return told > 0 ? told * kSpeedFactor + kSpeedOnTopKt : kUnknownSpeedKt;
+}
+
+f64 longestLegTicks(const LiveAc& ac) {
+    const i64 latest = i64{ac.stream[1].time} + std::max(ac.maxLate, kLatestCs);
+    return static_cast<f64>(std::max<i64>(latest - simTick, kShortestLegCs));
+}
+
 i32 legTicksAt(const LiveAc& ac, f64 speed) {
     const PosSample& s1 = ac.stream[0];
     const PosSample& s2 = ac.stream[1];
@@ -60,7 +72,9 @@ void lf_setArrival(LiveAc& ac, i32 legTicks) {
         arrival = std::min(arrival, lf_latest(ac, s2, now + legTicks / kCatchUpFactor));
         arrival = std::max(arrival, i64{s2.time} - ac.maxEarly);
     }
-    s2.time = roundToTicks(static_cast<f64>(std::max(arrival, now)));
+    const f64 way = distanceNm(ac.lat, ac.lon, s2.lat, s2.lon) * kTicksPerNmAtOneKnot;
+    const f64 soonest = static_cast<f64>(now) + (s2.stationary ? 0 : std::ceil(way / highestLegSpeed(ac)));
+    s2.time = roundToTicks(std::max(static_cast<f64>(arrival), soonest));
 }
 
 f64 lf_legSpeed(const LiveAc& ac) {
@@ -90,12 +104,11 @@ f64 shortWay(f64 degrees) {
     return degrees;
 }
 
-PosSample sampleBetween(const PosSample& s1, const PosSample& s2, i32 time) {
-    const f64 part = static_cast<f64>(i64{time} - s1.time) / static_cast<f64>(i64{s2.time} - s1.time);
+PosSample sampleBetween(const PosSample& s1, const PosSample& s2, f64 part, i32 time) {
     const auto mix = [part](f64 from, f64 to) { return from + (to - from) * part; };
     PosSample sample = s1;
     sample.lat = mix(s1.lat, s2.lat);
-    sample.lon = s1.lon + shortWay(s2.lon - s1.lon) * part;
+    sample.lon = std::remainder(s1.lon + shortWay(s2.lon - s1.lon) * part, 360.0);
     sample.alt = mix(s1.alt, s2.alt);
     sample.speed = mix(s1.speed, s2.speed);
     sample.vs = mix(s1.vs, s2.vs);

@@ -26,6 +26,7 @@ namespace {
 
 constexpr f64 kJumpFactor = 10, kJumpFromKt = 5, kJumpToKt = 80;
 constexpr f64 kFastKt = 120, kSlowKt = 30;  // between them every report counts
+constexpr f64 kNewerS = 1;                   // a report less than this newer than the last is the same one
 constexpr f64 kDoubtS = 30;                  // a doubtful speed that is told again within this time is believed
 constexpr f64 kStraightDegAir = 1, kStraightDegGround = 2;
 constexpr f64 kLeastAirNm = 0.2429805615550756;       // 450 m
@@ -66,7 +67,7 @@ bool lf_isDoubtful(LiveAc& ac, const TrafficReport& report) {
         return false;
     }
     const f64 since = report.timestamp - ac.doubtedAt;
-    if (ac.doubtedAt != 0 && since <= kDoubtS && !lf_jumps(speed, ac.doubtedSpeed)) {
+    if (ac.doubtedAt != 0 && since > kNewerS && since <= kDoubtS && !lf_jumps(speed, ac.doubtedSpeed)) {
         ac.doubtedAt = 0;
         return false;
     }
@@ -78,7 +79,7 @@ bool lf_isDoubtful(LiveAc& ac, const TrafficReport& report) {
 bool lf_isUseless(LiveAc& ac, const TrafficReport& report) {
     if (ac.stream.empty()) return false;
     const f64 gap = report.timestamp - ac.lastTimestamp;
-    return gap <= 1 || lf_isDoubtful(ac, report) || lf_tellsNothing(ac, report.sample, gap);
+    return gap <= kNewerS || lf_isDoubtful(ac, report) || lf_tellsNothing(ac, report.sample, gap);
 }
 
 /// True when a flying aircraft is told in its last place again: its feed is kept alive without news of it.
@@ -96,6 +97,7 @@ void lf_rememberPlace(LiveAc& ac, const PosSample& sample) {
     ac.reportLat = sample.lat;
     ac.reportLon = sample.lon;
     ac.repeats = 0;
+    ac.reportTick = simTick;
 }
 
 bool lf_hovers(const PosSample& sample) {

@@ -16,8 +16,6 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kSpeedFactor = 2, kSpeedOnTopKt = 100;
-constexpr f64 kUnknownSpeedKt = 600;
 constexpr f64 kTicksPerNmAtOneKnot = 360000;
 
 void lf_leaveStandBehind(LiveAc& ac) {
@@ -37,6 +35,7 @@ LiveAc lf_freshRecord(LiveAc& ac) {
     fresh.reportLat = ac.reportLat;
     fresh.reportLon = ac.reportLon;
     fresh.repeats = ac.repeats;
+    fresh.reportTick = ac.reportTick;
     fresh.lat = ac.lat;
     fresh.lon = ac.lon;
     fresh.hasFlightPlan = ac.hasFlightPlan;
@@ -65,11 +64,10 @@ PosSample lf_respawnSample(LiveAc& ac) {
 }  // namespace
 
 bool needsALeap(const LiveAc& ac) {
-    const PosSample& s1 = ac.stream[0];
     const PosSample& s2 = ac.stream[1];
-    const f64 told = std::max(s1.speed, s2.speed);
-    const f64 most = told > 0 ? told * kSpeedFactor + kSpeedOnTopKt : kUnknownSpeedKt;
-    return distanceNm(ac.lat, ac.lon, s2.lat, s2.lon) * kTicksPerNmAtOneKnot > most * legTicksLeft(ac);
+    if (s2.stationary || ac.extendCount >= 1) return false;
+    const f64 way = distanceNm(ac.lat, ac.lon, s2.lat, s2.lon) * kTicksPerNmAtOneKnot;
+    return way > highestLegSpeed(ac) * longestLegTicks(ac);
 }
 
 void startAnew(LiveAc& ac) {
@@ -77,7 +75,10 @@ void startAnew(LiveAc& ac) {
     ac.stream.erase(ac.stream.begin());
     ac = lf_freshRecord(ac);
     ac.lifeState = LifeState::liveryrespawn;
-    if (ac.objectId == 0) return;
+    if (ac.objectId == 0) {
+        ac.eraseLive = true;
+        return;
+    }
     u32 selected = ac.objectId;
     gSelectedObject.compare_exchange_strong(selected, 0);
     gRemovedObjects.push_back(ac.objectId);

@@ -2,12 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cmath>
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "engine/extension.h"
 #include "engine/leg.h"
 #include "engine/standstill.h"
 #include "parking/learned.h"
@@ -28,8 +30,12 @@ constexpr f64 kRetreatSpans = 0.5;
 constexpr i32 kWeekCs = 60480000;  // the extension of a parked aircraft
 constexpr i32 kTurnaroundHeavyCs = 360000, kTurnaroundLargeCs = 150000, kTurnaroundBuzjetCs = 90000;
 constexpr i32 kTurnStepS = 3;                // a turn back to the reports is flown in steps of so many seconds ...
-constexpr f64 kTurnStepRad = 9 * kDegToRad;  // ... and degrees, at standard rate
-constexpr i32 kTurnSteps = 40;               // a full circle
+// ... and so many degrees, at standard rate, or at more for a sample that lies inside of the circle
+constexpr std::array kTurnStepsRad = {9 * kDegToRad, 18 * kDegToRad, 36 * kDegToRad};
+constexpr f64 kBehindDeg = 100;              // a report this far off the heading lies behind
+constexpr f64 kSameWayRad = 45 * kDegToRad;
+constexpr f64 kLongestTurn = 2.5;            // times the angle at its begin, since the sample moves aside meanwhile
+constexpr f64 kLeastTurnKt = 60;             // who is slower turns on the spot
 constexpr i32 kTurnLateCs = 3000;            // what the turn may cost in time; the limit falls back leg by leg
 constexpr f64 kBesideDeg = 90, kBackwardsDeg = 150;
 constexpr f64 kRunwaySpeedKt = 40;  // a landed aircraft faster than this doesn't speed up
@@ -167,35 +173,61 @@ bool lf_reportEmpty(const char* operation) {
     return false;
 }
 
-/// The extension ends where the aircraft is; from there it flies a turn towards the sample and then straight to it.
-void lf_turnFromHere(LiveAc& ac, const PosSample& sample) {
-    ac.stream.resize(1);
+/// Adds the points of a turn of so many radians a step until the sample lies ahead. False, and none, when it lies inside
+/// of the circle.
+bool lf_addTurn(LiveAc& ac, const PosSample& sample, f64 stepRad) {
     PosSample point = ac.stream.front();
-    point.lat = ac.lat;
-    point.lon = ac.lon;
-    point.alt = ac.alt;
-    point.time = simTick + 1;
-    point.stationary = point.adsb = point.rollValid = point.trueHeadingValid = false;
-    ac.stream.front() = point;
+    const auto toSample = [&point, &sample] { return bearingRad(point.lat, point.lon, sample.lat, sample.lon); };
     f64 heading = ac.heading;
     const f64 feet = point.speed / 3600 * kTurnStepS * kFeetPerNm;
-    for (i32 step = 0; step < kTurnSteps; ++step) {
-        const f64 left = wrapPi(bearingRad(point.lat, point.lon, sample.lat, sample.lon) - heading);
-        if (std::abs(left) <= kTurnStepRad) return;
-        if (step == 0) ac.maxLate += kTurnLateCs;
-        heading += left > 0 ? kTurnStepRad : -kTurnStepRad;
+    const i32 most = static_cast<i32>(std::abs(wrapPi(toSample() - heading)) / stepRad * kLongestTurn) + 1;
+    for (i32 step = 0;; ++step) {
+        const f64 left = wrapPi(toSample() - heading);
+        if (std::abs(left) <= stepRad) return true;
+        if (step == most) break;
+        heading += left > 0 ? stepRad : -stepRad;
         const LatLon place = destinationPoint(point.lat, point.lon, heading, feet);
         point.lat = place.lat;
         point.lon = place.lon;
         point.time += kTurnStepS * 100;
         ac.stream.push_back(point);
     }
+    ac.stream.resize(1);
+    return false;
+}
+
+/// The extension ends where the aircraft is; from there it flies a turn towards the sample and then straight to it.
+void lf_turnFromHere(LiveAc& ac, const PosSample& sample) {
+    ac.stream.resize(1);
+    PosSample& here = ac.stream.front();
+    here.lat = ac.lat;
+    here.lon = ac.lon;
+    here.alt = ac.alt;
+    here.time = simTick + 1;
+    here.stationary = here.adsb = here.rollValid = here.trueHeadingValid = false;
+    if (ac.acClass == Rotorcraft || here.speed < kLeastTurnKt) return;
+    for (const f64 step : kTurnStepsRad) {
+        if (!lf_addTurn(ac, sample, step)) continue;
+        if (ac.stream.size() > 1) ac.maxLate += kTurnLateCs;
+        return;
+    }
+}
+
+/// True when an extended aircraft has overtaken its reports: they come behind it the same way. It waits for them in
+/// flight, a little slower with each step.
+bool lf_isAheadOf(const LiveAc& ac, const PosSample& sample) {
+    const f64 turned = std::abs(wrapPi(sample.track * kDegToRad - ac.heading));
+    return turned <= kSameWayRad && lf_offHeading(ac, {ac.lat, ac.lon}, sample) >= kBehindDeg;
 }
 
 bool lf_judgeMoving(LiveAc& ac, PosSample& sample) {
     const bool usable = lf_checkGroundSample(ac, sample);
     if (!usable || ac.extendCount <= 0) return usable;
     if (ac.stream.empty()) return lf_reportEmpty("checkExtendingSituations");
+    if (!ac.onGround && lf_isAheadOf(ac, sample)) {
+        keepExtending(ac);
+        return false;
+    }
     lf_endExtension(ac);
     if (ac.onGround) {
         ac.stream.front().time = simTick + 1;

@@ -81,6 +81,8 @@ void lf_onObjectGone(u32 object) {
             ac->throttleIndex = kNoThrottleSent;
             ac->flapsIndex = kNoFlapsSent;
             ac->objectId = 0;
+            if (ac->hasFlightPlan) gf_removeFlightPlan(object);
+            ac->hasFlightPlan = false;
             return;
         }
         if (ac->hasFlightPlan) gf_removeFlightPlan(object);

@@ -58,21 +58,24 @@ void lf_dropFirst(LiveAc& ac) {
     ac.stream.erase(ac.stream.begin());
 }
 
-/// Creations on their way to the simulator, whichever way they have come.
-std::size_t lf_creationsUnderWay() {
-    return static_cast<std::size_t>(std::count_if(gLiveAcs.begin(), gLiveAcs.end(), [](const LiveAc& ac) {
-        return ac.lifeState == LifeState::adding2sim && ac.objectId == 0;
-    }));
+/// Creations that wait on their way to the simulator.
+std::size_t lf_creationsWaiting() {
+    return gAddingStack.size() + gLiveAdding.size();
 }
 
-/// Who had to wait appears where its reports are by now.
-void lf_freshenFirst(LiveAc& ac) {
-    if (ac.spawnHeadingValid) return;  // a respawn goes on in place
+/// Who had to wait appears where its reports are by now. False: only later samples are left, for which it waits.
+bool lf_freshenFirst(LiveAc& ac) {
+    if (ac.spawnHeadingValid) return true;  // a respawn goes on in place
     // The earliest moment that is possible: who comes later flies on from there, who came sooner would hang in the air.
     const i32 appearsAt = simTick + kUntilActiveCs + static_cast<i32>(gLiveAdding.size()) * kBetweenCreationsCs;
     while (ac.stream.size() >= 2 && ac.stream[1].time <= appearsAt) lf_dropFirst(ac);
-    if (ac.stream.size() < 2 || ac.stream[1].stationary || ac.stream.front().time >= appearsAt) return;
-    ac.stream.front() = sampleBetween(ac.stream[0], ac.stream[1], appearsAt);
+    if (ac.stream.size() < 2) return false;
+    const PosSample& s1 = ac.stream[0];
+    const PosSample& s2 = ac.stream[1];
+    if (s2.stationary || s1.airborne != s2.airborne || s1.time >= appearsAt) return lf_isDue(s1);
+    const f64 part = static_cast<f64>(i64{appearsAt} - s1.time) / static_cast<f64>(i64{s2.time} - s1.time);
+    ac.stream.front() = sampleBetween(s1, s2, part, appearsAt);
+    return true;
 }
 
 /// The moment of take-off or landing.
@@ -87,14 +90,17 @@ enum class Room { none, later, here };
 Room lf_makeRoom(f64 distance, const UserAircraftData& user) {
     LiveAc* furthest = nullptr;
     f64 bound = distance + kNearerByNm;
+    bool anyFurther = false;
     for (LiveAc& ac : gLiveAcs) {
-        if (ac.lifeState != LifeState::active || simTick - ac.createdTick < kShownAtLeastCs) continue;
+        if (ac.lifeState != LifeState::active) continue;
         const f64 away = distanceNm(user.lat, user.lon, ac.lat, ac.lon);
         if (away <= bound) continue;
+        anyFurther = true;
+        if (simTick - ac.createdTick < kShownAtLeastCs) continue;
         bound = away;
         furthest = &ac;
     }
-    if (furthest == nullptr) return Room::none;
+    if (furthest == nullptr) return anyFurther ? Room::later : Room::none;
     if (simTick - lf_lastExchange < kExchangeCs && lf_lastExchange != 0) return Room::later;
     lf_lastExchange = simTick;
     removeAircraftFromSim(*furthest);
@@ -240,14 +246,15 @@ void lf_spawnCheck(LiveAc& ac) {
         ac.eraseLive = true;
         return;
     }
+    if (ac.flightState == FlightState::birth) {
+        if (lf_creationsWaiting() > kBusyQueue) return;
+        if (simTick > ac.stream.front().time && !lf_freshenFirst(ac)) return;
+    }
     if (lf_changesGround(ac.stream)) {
         lf_dropFirst(ac);
         return;
     }
     if (lf_userConflict(ac)) return;
-    const bool isNew = ac.flightState == FlightState::birth;
-    if (isNew && lf_creationsUnderWay() > kBusyQueue) return;
-    if (isNew && simTick > ac.stream.front().time) lf_freshenFirst(ac);
     const Room room = MAX_LIVE_SEL.current == 0 ? Room::none : lf_findRoom(ac);
     if (room == Room::later) return;
     if (room == Room::none || lf_isUnwanted(ac)) {
@@ -259,7 +266,9 @@ void lf_spawnCheck(LiveAc& ac) {
 
 void spawnLiveAc(LiveAc& ac) {
     if (ac.stream.size() < 2) {
-        gf_logError(fmt::format("{} sz:{}", "spawnLiveAc", ac.stream.size()));
+        if (gf_mayLog(LogKind::emptyStream)) {
+            gf_logError(fmt::format("{} sz:{}", "spawnLiveAc", ac.stream.size()));
+        }
         return;
     }
     PosSample& s1 = ac.stream[0];
@@ -272,6 +281,7 @@ void spawnLiveAc(LiveAc& ac) {
     if (ac.eraseLive) return;
     lf_placeOnFirstSample(ac);
     ac.lifeState = LifeState::adding2sim;
+    ac.createdTick = simTick;
     gAddingStack.push_back(ac.hexid);
     if (!ac.callsign.ends_with('_')) lf_findGhost(ac.callsign);
 }

@@ -159,7 +159,7 @@ void lf_realTrafficGone() {
     gf_resetFeed();
     gf_showFeedSilent();
     gAwayText = fmt::format("{} RealTraffic gone? Wait for RealTraffic to re-connect ...", gf_timeOfDay());
-    gf_showMessage(gAwayText, true);
+    gf_showMessage(gAwayText, gf_mayLog(LogKind::rtGone));
 }
 
 void lf_lookForReturn() {

@@ -39,6 +39,7 @@ constexpr std::array kLineStarts = {
     "lf_processRTVersion",
     "sendDataPacket to RealTraffic failed",
     "RealTraffic re-connected",
+    "RealTraffic gone?",
     "SIMCONNECT_EXCEPTION_UNRECOGNIZED_ID",
     "SIMCONNECT_EXCEPTION_INVALID_DATA_SIZE",
     "SimConnect exception: load flight plan failed",

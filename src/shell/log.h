@@ -38,6 +38,7 @@ enum class LogKind : i32 {
     rtVersion,
     rtSending,
     rtReturn,
+    rtGone,
     simUnknownId,
     simDataSize,
     simFlightPlan,

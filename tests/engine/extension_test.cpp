@@ -57,8 +57,11 @@ TEST_F(Extension, ReportAheadIsFlownToAtOnceAndOneBehindByATurn) {
     EXPECT_EQ(ac.stream.front().time, simTick + 1);
     EXPECT_EQ(ac.stream.size(), 1U);
 
-    ac.extendCount = 5;
+    ac.extendCount = 3;
     PosSample behind = sampleAt({51.9, 4.01}, 12000, 300, simTick + 3000);
+    EXPECT_FALSE(checkExtendingSituations(ac, behind)) << "the same way: the aircraft has overtaken its reports";
+    EXPECT_EQ(ac.extendCount, 5) << "and waits for them in flight";
+    behind.track = 180;
     EXPECT_TRUE(checkExtendingSituations(ac, behind));
     EXPECT_EQ(ac.maxLate, 6000) << "the turn costs time";
     ASSERT_GT(ac.stream.size(), 15U);

@@ -185,7 +185,7 @@ TEST_F(Following, StuckStreamIsGivenUp) {
 
 TEST_F(Following, ALegThatCannotBePlannedHoldsUpNobodyElse) {
     LiveAc& sick = activeAc(sampleAt({52, 4}, 12000, 5, simTick), 501);
-    sick.stream.push_back(sampleAt({53, 4}, 12000, -5, simTick + 500));
+    sick.stream.push_back(sampleAt({52.01, 4}, 12000, -5, simTick + 500));
     LiveAc& well = activeAc(sampleAt({52, 5}, 12000, 300, simTick), 502);
     well.stream.push_back(sampleAt({53, 5}, 12000, 300, simTick + 72000));
     cycles(2000);

@@ -153,8 +153,8 @@ TEST(SparseFeed, WhoTurnedUnseenIsFollowedByATurnAndNeverVanishes) {
     std::vector<TimedLine> lines;
     lf_add(lines, {.until = 60});
     Straight back{.from = 108, .until = 300};
-    back.line.lat = 52.02;
-    back.line.lon = 4.10;
+    back.line.lat = 52.03;
+    back.line.lon = 4.16;
     back.line.track = 280;
     lf_add(lines, back);
     lf_play(world, lines, 330);

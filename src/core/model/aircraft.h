@@ -92,7 +92,8 @@ struct LiveAc : ParkedAc, PositionBlock {
     f64 lastTimestamp = 0;          ///< timestamp of the report last accepted, Unix seconds
     f64 reportLat = 0, reportLon = 0;  ///< place of the last report, degrees
     i32 repeats = 0;                ///< reports since then that told the same place, of an aircraft in the air
-    i32 createdTick = 0;            ///< simTick at which its object was made
+    i32 reportTick = 0;             ///< simTick at which the last report that told a new place came
+    i32 createdTick = 0;            ///< simTick at which its creation was decided, later that at which its object was seen
     f64 doubtedAt = 0;              ///< timestamp of the report last dropped for its speed, Unix seconds; 0 = none
     f64 doubtedSpeed = 0;           ///< its speed, knots
     f64 lastCollisionLat = 0, lastCollisionLon = 0;  ///< position at the last check against static aircraft

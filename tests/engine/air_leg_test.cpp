@@ -95,6 +95,25 @@ TEST_F(AirLeg, WhoTookOffHereDoesNotSinkBeforeItIsAboveAThousandFeet) {
     EXPECT_NEAR(ac.dAlt, -0.3, 1e-9) << "once above, it may come down";
 }
 
+TEST_F(AirLeg, ALongLegBehindACornerIsSplitOnItsLineHoweverLateTheAircraftIs) {
+    for (const i32 left : {-300, 0, 10, 1000, 4000}) {
+        LiveAc& ac = legBetween(5000, 6000);
+        ac.stream[1].lat = 52.03;
+        ac.stream[1].time = simTick + left;
+        ac.heading = 60 * kDegToRad;
+        lf_nextPosAir(ac);
+        ASSERT_EQ(ac.stream.size(), 3U);
+        EXPECT_NEAR((ac.stream[1].lat - 52) / 0.03, 1000.0 / 3161, 0.01) << "10 of 31.6 seconds for the turn";
+        EXPECT_NEAR(ac.stream[1].alt, 5316, 2);
+        EXPECT_TRUE(ac.stream[1].airborne);
+    }
+    LiveAc& landing = legBetween(5000, 0);
+    landing.stream[1].lat = 52.03;
+    landing.heading = 60 * kDegToRad;
+    lf_nextPosAir(landing);
+    EXPECT_EQ(landing.stream.size(), 2U) << "an altitude of 0 is no altitude to mix";
+}
+
 TEST_F(AirLeg, HiddenTakeOffJumpsToTheFirstSampleInTheAir) {
     LiveAc& ac = legBetween(0, 0);
     ac.stream[1].vs = 900;

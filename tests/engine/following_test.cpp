@@ -176,6 +176,17 @@ TEST_F(Following, SmallMovesOnTheGroundAreNone) {
     }
 }
 
+TEST_F(Following, WhoseObjectIsNeverSeenIsGivenUp) {
+    LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick));
+    ac.lifeState = LifeState::adding2sim;
+    ac.objectId = 0;
+    ac.createdTick = simTick;
+    cycles(5900);
+    EXPECT_EQ(gLiveAcs.size(), 1U);
+    cycles(200);
+    EXPECT_TRUE(gLiveAcs.empty());
+}
+
 TEST_F(Following, StuckStreamIsGivenUp) {
     LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 3000));
     for (i32 i = 1; i < 250; ++i) decodeExisting(ac, sampleAt({52 + 0.01 * i, 4}, 12000, 300, simTick + 3000 + i));

@@ -13,7 +13,7 @@ struct Golden {
     u64 hash, creations, removals, events, writes;
     f64 sum;
 };
-constexpr Golden kGolden{0xec8f01dd11f05cdf, 80, 69, 7329, 1955303, 35842064974.717499};
+constexpr Golden kGolden{0xddbbc7c309481fab, 87, 76, 6219, 1933839, 35450517559.614029};
 
 /// The numbers are those of a POSIX system's mathematical functions; Windows' own differ in the last bits.
 constexpr bool kSameMathematics = std::filesystem::path::preferred_separator == '/';
@@ -24,7 +24,14 @@ TEST(Golden, HalfAnHourOfTrafficGivesTheSameOrdersInEveryBuild) {
     World world{{.rangeNm = 40}};
     useParkAirport({"EHAM", "AMS", 52.3086, 4.7639, -11, 0});
     const CommandLog commands;
-    world.feed(generateFeed({.minutes = 30, .aircraft = 90, .seed = 5}));
+    std::vector<TimedLine> lines = generateFeed({.minutes = 30, .aircraft = 90, .seed = 5});
+    const f64 silence = lines.front().time + 900;
+    i32 number = 0;
+    std::erase_if(lines, [&](const TimedLine& line) {  // with gaps as a real feed has them
+        ++number;
+        return (number / 3000 % 2 == 1 && number % 3 != 0) || (line.time > silence && line.time < silence + 40);
+    });
+    world.feed(lines);
     ASSERT_TRUE(world.run(1900));
     EXPECT_EQ(commands.creations, kGolden.creations);
     EXPECT_EQ(commands.removals, kGolden.removals);

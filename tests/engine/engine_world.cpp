@@ -7,6 +7,7 @@
 #include "engine/following.h"
 #include "engine/life_cycle.h"
 #include "engine/sim_news.h"
+#include "engine/spawn.h"
 #include "feed/traffic_reader.h"
 #include "liveries/dbase.h"
 #include "liveries/matching.h"
@@ -35,6 +36,7 @@ void fillLiveries() {
 
 void forgetEverything() {
     gf_clearTables();
+    gf_forgetExchanges();
     gf_resetSimSession();
     gf_forgetDbase();
     gf_forgetLiveries();
@@ -218,6 +220,7 @@ LiveAc& EngineWorld::activeAc(const PosSample& s1, u32 objectId) {
     ac.flightState = s1.airborne ? FlightState::flying : FlightState::taxi;
     ac.onGround = !s1.airborne;
     ac.objectId = objectId;
+    ac.createdTick = simTick - 100000;  // long ago
     ac.staticCgFt = kCgFt;
     ac.lat = s1.lat;
     ac.lon = s1.lon;

@@ -142,7 +142,7 @@ TEST_F(StartLoad, AVeryFirstStartRunsForTheSimulatorThatIsThere) {
     EXPECT_TRUE(load().starts_with("150: ")) << "the choice of the user stands";
     fs::remove(gFiles().settings);
     EXPECT_EQ(load(), "");
-    EXPECT_EQ(MSFS_2024_INSTALL_PATH.current.get(), gf_pathToUtf8(packages));
+    EXPECT_EQ(test::slashed(MSFS_2024_INSTALL_PATH.current.get()), test::slashed(gf_pathToUtf8(packages)));
     EXPECT_TRUE(SCAN_LIVERIES.current);
 }
 

@@ -4,6 +4,20 @@ find_package(Threads REQUIRED)
 find_package(fmt REQUIRED)
 find_package(nlohmann_json REQUIRED)
 
+# What is headers alone needs no build for Windows; that of this machine is copied out of the folder of its own headers.
+set(header_libraries ${CMAKE_BINARY_DIR}/header-libraries)
+function(halcyrane_header_library name folder)
+  if(NOT EXISTS ${folder})
+    message(FATAL_ERROR "${name} is missing: there is no ${folder}. cmake/install_packages installs it.")
+  endif()
+  if(WIN32)
+    file(COPY ${folder} DESTINATION ${header_libraries})
+    target_include_directories(halcyrane_dependencies SYSTEM INTERFACE ${header_libraries})
+  endif()
+endfunction()
+halcyrane_header_library(CLI11 /usr/include/CLI)
+halcyrane_header_library(utfcpp /usr/include/utf8cpp)
+
 if(WIN32)
   if(NOT EXISTS ${HALCYRANE_WINDOWS_LIBRARIES}/curl/stamp)
     message(FATAL_ERROR "The libraries for Windows aren't in ${HALCYRANE_WINDOWS_LIBRARIES}. "

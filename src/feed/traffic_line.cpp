@@ -3,21 +3,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <exception>
 #include <optional>
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "feed/field_text.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
@@ -83,179 +77,21 @@ struct TasByAltitude {
 constexpr TasByAltitude kUsualTas[] = {{2000, 180}, {5000, 220}, {10000, 250}, {20000, 350}};
 constexpr f64 kUsualTasHigh = 430;
 
-/// The bytes of a text of up to eight, for comparing short texts as one number; 0 for an empty or a longer one. Texts
-/// of the feed hold no NUL that would make two of them look alike: such a text would be none of those looked for.
-constexpr u64 lf_word(std::string_view text) {
-    u64 word = 0;
-    if (text.size() > sizeof word) return 0;
-    for (std::size_t i = 0; i < text.size(); ++i) word |= u64{static_cast<unsigned char>(text[i])} << (8 * i);
-    return word;
-}
-
-constexpr u64 gVehicleTypes[] = {lf_word("BALL"), lf_word("EMER"), lf_word("GLID"), lf_word("GRND"), lf_word("GND"),
-                                 lf_word("PARA"), lf_word("SERV"), lf_word("SHIP"), lf_word("VENT")};
-constexpr u64 kExcludedCategories[] = {lf_word("B1"), lf_word("B2"), lf_word("B4"), lf_word("C1"), lf_word("C2")};
-constexpr u64 kNoAircraftCallsigns[] = {lf_word("ERARMTR1"), lf_word("AIRPORT1"), lf_word("00000000")};
+constexpr u64 gVehicleTypes[] = {gf_shortText("BALL"), gf_shortText("EMER"), gf_shortText("GLID"),
+                                 gf_shortText("GRND"), gf_shortText("GND"),  gf_shortText("PARA"),
+                                 gf_shortText("SERV"), gf_shortText("SHIP"), gf_shortText("VENT")};
+constexpr u64 kExcludedCategories[] = {gf_shortText("B1"), gf_shortText("B2"), gf_shortText("B4"), gf_shortText("C1"),
+                                       gf_shortText("C2")};
+constexpr u64 kNoAircraftCallsigns[] = {gf_shortText("ERARMTR1"), gf_shortText("AIRPORT1"), gf_shortText("00000000")};
 
 template <std::size_t N>
 bool lf_isOneOf(const u64 (&list)[N], std::string_view text) {
-    const u64 word = lf_word(text);
+    const u64 word = gf_shortText(text);
     return std::find(std::begin(list), std::end(list), word) != std::end(list);
 }
 
 bool lf_within(f64 value, const Limits& limits) {
     return value >= limits.low && value <= limits.high;
-}
-
-constexpr std::ptrdiff_t kExactDigits = 15;
-constexpr std::array<f64, kExactDigits + 1> kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-
-// A number without an exponent and with few enough digits that dividing its digits by a power of ten rounds as it
-// should; nothing for any other text. Nearly all numbers of the feed are such, and from_chars takes longer.
-std::optional<f64> lf_plainNumber(const char* at, const char* end) {
-    u64 digits = 0;
-    const auto takeDigits = [&] {
-        const char* const begin = at;
-        for (; at != end && *at >= '0' && *at <= '9'; ++at) digits = digits * 10 + static_cast<u64>(*at - '0');
-        return at - begin;
-    };
-    const bool negative = at != end && *at == '-';
-    if (negative) ++at;
-    const std::ptrdiff_t whole = takeDigits();
-    if (whole == 0) return {};
-    std::ptrdiff_t decimals = 0;
-    if (at != end && *at == '.') {
-        ++at;
-        decimals = takeDigits();
-    }
-    const bool exponent = at != end && (*at == 'e' || *at == 'E');
-    if (exponent || whole + decimals > kExactDigits) return {};
-    f64 value = static_cast<f64>(static_cast<i64>(digits));  // as signed it converts faster
-    if (decimals != 0) value /= kPowers[static_cast<std::size_t>(decimals)];
-    return negative ? -value : value;
-}
-
-#ifdef __SSE2__
-constexpr std::size_t kShortNumber = 15;                   // characters, sign and point included
-constexpr std::size_t kReadAhead = 1 + kShortNumber + 16;  // bytes from its start that are looked at
-constexpr std::size_t kWordDigits = sizeof(u64);
-
-// The value of up to eight digits, without a decision that depends on their number: the first digit stands in the
-// lowest byte; neighbours are added in pairs, then pairs of them, then the two halves.
-u64 lf_digits(const char* at, unsigned count) {
-    u64 word = 0;
-    std::memcpy(&word, at, sizeof word);
-    const unsigned unused = static_cast<unsigned>(kWordDigits) - count;
-    word = ((word - 0x3030303030303030) << (4 * unused)) << (4 * unused);  // in two steps: a shift by 64 isn't defined
-    word = word * 10 + (word >> 8);
-    return (((word & 0x000000FF000000FF) * (100 + (1000000ULL << 32))) +
-            (((word >> 16) & 0x000000FF000000FF) * (1 + (10000ULL << 32)))) >>
-           32;
-}
-
-// The same as lf_plainNumber for most numbers; every length of their parts takes the same road, since a wrong guess of
-// the processor costs more than all of it. kReadAhead bytes must be readable.
-std::optional<f64> lf_shortNumber(const char* at, std::size_t length) {
-    static constexpr std::array<u64, kWordDigits + 1> kWholePowers{1,      10,      100,      1000,     10000,
-                                                                   100000, 1000000, 10000000, 100000000};
-    const bool negative = *at == '-';
-    at += negative;
-    length -= negative;
-    __m128i bytes;
-    std::memcpy(&bytes, at, sizeof bytes);
-    const __m128i values = _mm_sub_epi8(bytes, _mm_set1_epi8('0'));
-    const __m128i isDigit = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
-    const u32 digits = static_cast<u32>(_mm_movemask_epi8(isDigit)) & ((1U << length) - 1);
-    const unsigned whole = static_cast<unsigned>(std::countr_one(digits));
-    const bool point = whole < length && at[whole] == '.';
-    const unsigned decimals = point ? static_cast<unsigned>(std::countr_one(digits >> (whole + 1))) : 0;
-    const bool isAll = whole + point + decimals == length;
-    if (whole == 0 || whole > kWordDigits || decimals > kWordDigits || !isAll) return {};
-    const u64 number = lf_digits(at, whole) * kWholePowers[decimals] + lf_digits(at + whole + point, decimals);
-    const f64 value = static_cast<f64>(static_cast<i64>(number)) / kPowers[decimals];
-    return negative ? -value : value;
-}
-#endif
-
-// The number at the start of a field of a text that goes on to `textEnd`.
-std::optional<f64> lf_number(std::string_view field, [[maybe_unused]] const char* textEnd) {
-#ifdef __SSE2__
-    const bool isShort = !field.empty() && field.size() <= kShortNumber;
-    if (isShort && static_cast<std::size_t>(textEnd - field.data()) >= kReadAhead) {
-        if (const std::optional<f64> number = lf_shortNumber(field.data(), field.size())) return number;
-    }
-#endif
-    const char* const end = field.data() + field.size();
-    if (const std::optional<f64> plain = lf_plainNumber(field.data(), end)) return plain;
-    f64 value = 0;
-    const auto result = std::from_chars(field.data(), end, value);
-    if (result.ec != std::errc() || !std::isfinite(value)) return {};
-    return value;
-}
-
-std::string_view lf_text(std::string_view field) {
-    return field.size() == 4 && lf_word(field) == lf_word("null") ? std::string_view{} : field;
-}
-
-// A bit for each of up to 64 characters, the first in the lowest: set for a comma.
-u64 lf_commas(const char* characters, std::size_t count) {
-    u64 commas = 0;
-    std::size_t at = 0;
-#ifdef __SSE2__
-    constexpr std::size_t kVector = sizeof(__m128i);
-    const __m128i comma = _mm_set1_epi8(',');
-    for (; at + kVector <= count; at += kVector) {
-        __m128i bytes;
-        std::memcpy(&bytes, characters + at, sizeof bytes);
-        commas |= u64{static_cast<u32>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, comma)))} << at;
-    }
-#endif
-    for (; at < count; ++at) commas |= u64{characters[at] == ','} << at;
-    return commas;
-}
-
-bool lf_isControl(char c) {
-    constexpr char kDelete = 0x7F;
-    return static_cast<u8>(c) < ' ' || c == kDelete;
-}
-
-bool lf_holdsControls(std::string_view text) {
-#ifdef __SSE2__
-    constexpr std::size_t kVector = sizeof(__m128i);
-    if (text.size() >= kVector) {
-        __m128i found = _mm_setzero_si128();
-        const auto look = [&](std::size_t at) {
-            __m128i bytes;
-            std::memcpy(&bytes, text.data() + at, sizeof bytes);
-            const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(' ' - 1)), bytes);
-            found = _mm_or_si128(found, _mm_or_si128(low, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(0x7F))));
-        };
-        for (std::size_t at = 0; at + kVector < text.size(); at += kVector) look(at);
-        look(text.size() - kVector);  // some bytes again, which costs less than a loop for the rest
-        return _mm_movemask_epi8(found) != 0;
-    }
-#endif
-    return std::any_of(text.begin(), text.end(), lf_isControl);
-}
-
-// Finds the commas of 64 characters at once, without a decision that depends on them: a search for each one, a comma
-// every five characters, costs three times as much. What stands behind the last field that is used isn't looked at.
-void lf_split(std::string_view text, std::vector<std::string_view>& fields) {
-    constexpr std::size_t kBlock = 64;
-    const char* const data = text.data();
-    std::size_t begin = 0, count = 0;
-    fields.resize(kFieldCount);
-    for (std::size_t at = 0; at < text.size() && count < kFieldCount; at += kBlock) {
-        u64 commas = lf_commas(data + at, std::min(kBlock, text.size() - at));
-        for (; commas != 0 && count < kFieldCount; commas &= commas - 1) {
-            const std::size_t comma = at + static_cast<std::size_t>(std::countr_zero(commas));
-            fields[count++] = std::string_view(data + begin, comma - begin);
-            begin = comma + 1;
-        }
-    }
-    if (count < kFieldCount) fields[count++] = std::string_view(data + begin, text.size() - begin);
-    fields.resize(count);
 }
 
 // One line on its way to a report. The steps below take the report's values from the fields; one that returns false
@@ -275,7 +111,7 @@ struct DecodedLine {
 
 std::optional<f64> lf_number(const DecodedLine& line, Field field) {
     const std::string_view text = line.reader.text;
-    return lf_number(line.fields[field], text.data() + text.size());
+    return gf_fieldNumber(line.fields[field], text.data() + text.size());
 }
 
 bool lf_drop(DecodedLine& line, LineDrop reason) {
@@ -315,7 +151,7 @@ bool lf_textsArePlain(const DecodedLine& line) {
     const char* const begin = line.fields[kCallsign].data();
     const std::string_view last = line.fields[kMessageType];
     const std::string_view texts(begin, static_cast<std::size_t>(last.data() + last.size() - begin));
-    return !lf_holdsControls(texts) && !lf_holdsControls(line.fields[kCategory]);
+    return !gf_holdsControls(texts) && !gf_holdsControls(line.fields[kCategory]);
 }
 
 bool lf_takeTimestamp(DecodedLine& line) {
@@ -348,14 +184,14 @@ bool lf_nearUser(DecodedLine& line) {
 bool lf_takeRegistration(DecodedLine& line) {
     const std::string_view field = line.fields[kRegistration];
     if (field.size() > kLongestRegistration) return lf_drop(line, LineDrop::registration);
-    line.registration = lf_text(field);
+    line.registration = gf_fieldText(field);
     return true;
 }
 
 void lf_collectCallsign(const DecodedLine& line) {
     TrafficReader& reader = line.reader;
     if (!reader.collectCallsigns) return;
-    const std::string_view callsign = lf_text(line.fields[kCallsign]);
+    const std::string_view callsign = gf_fieldText(line.fields[kCallsign]);
     if (callsign.empty() || callsign.find('@') != std::string_view::npos) return;
     const std::lock_guard lock(reader.callsignMutex);
     if (!reader.collectCallsigns || reader.realCallsigns.contains(callsign)) return;
@@ -363,10 +199,10 @@ void lf_collectCallsign(const DecodedLine& line) {
 }
 
 bool lf_takeModel(DecodedLine& line) {
-    std::string_view model = lf_text(line.fields[kModel]);
+    std::string_view model = gf_fieldText(line.fields[kModel]);
     if (model == "0" || model == "ZZZZ") model = {};
     if (model.empty()) return lf_drop(line, LineDrop::noAircraft);
-    const std::string_view category = lf_text(line.fields[kCategory]);
+    const std::string_view category = gf_fieldText(line.fields[kCategory]);
     const bool vehicle = model.size() > kLongestModel || lf_isOneOf(gVehicleTypes, model);
     if (!category.empty() && (vehicle || lf_isOneOf(kExcludedCategories, category))) {
         return lf_drop(line, LineDrop::noAircraft);
@@ -439,7 +275,7 @@ bool lf_decodeAltitude(DecodedLine& line) {
 }
 
 bool lf_takeCallsign(DecodedLine& line) {
-    std::string_view callsign = lf_text(line.fields[kCallsign]);
+    std::string_view callsign = gf_fieldText(line.fields[kCallsign]);
     if (callsign.find('@') != std::string_view::npos) callsign = {};
     if (callsign.size() > kLongestCallsign || lf_isOneOf(kNoAircraftCallsigns, callsign)) {
         return lf_drop(line, LineDrop::callsign);
@@ -527,8 +363,8 @@ bool lf_queue(DecodedLine& line) {
 }
 
 void lf_takeRoute(DecodedLine& line) {
-    line.from = lf_text(line.fields[kFrom]);
-    line.to = lf_text(line.fields[kTo]);
+    line.from = gf_fieldText(line.fields[kFrom]);
+    line.to = gf_fieldText(line.fields[kTo]);
 }
 
 bool lf_decode(DecodedLine& line) {
@@ -550,7 +386,7 @@ void processLine(TrafficReader& reader) {
     lf_count(gFeedCounters.received);
     while (reader.text.ends_with('\n') || reader.text.ends_with('\r')) reader.text.remove_suffix(1);
     if (reader.text.find(" VEH") != std::string_view::npos) return lf_count(LineDrop::vehicle);
-    lf_split(reader.text, reader.fields);
+    gf_splitFields(reader.text, kFieldCount, reader.fields);
     processLineSub(reader);
 }
 

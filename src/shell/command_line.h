@@ -26,7 +26,7 @@ struct CommandLine {
     std::string error;                ///< what could not be understood; empty when all was
 };
 
-/// Options are case-insensitive and begin with "--" or "/".
+/// Options are case-insensitive and begin with "--" or "/". Of a command line with a fault the rest may be missing.
 CommandLine gf_readCommandLine(const std::vector<std::string>& arguments);
 /// The help text.
 std::string gf_commandLineHelp();

@@ -194,11 +194,12 @@ struct MatchCommand : testing::Test {
 
     /// Standard output of the command, or the text of its failure.
     std::string run(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), "match");
         arguments.insert(arguments.end(), {"--work", folder.path.string()});
         testing::internal::CaptureStdout();
         std::string failure;
         try {
-            EXPECT_EQ(runMatch(arguments), kExitGood);
+            EXPECT_EQ(runCommandLine(arguments), kExitGood);
         } catch (const UsageError& fault) {
             failure = "usage: " + fault.text;
         } catch (const std::exception& fault) {
@@ -266,7 +267,40 @@ TEST_F(MatchCommand, TellsWhatIsWrongWithItsArguments) {
              {"--type", "B738", "--depth", "2x"}, {"--type", " "}}) {
         EXPECT_THAT(run(wrong), testing::StartsWith("usage: "));
     }
-    EXPECT_THROW(runMatch({"--type"}), UsageError);
+}
+
+TEST(DataCommandLine, EachCommandTellsItsOptions) {
+    const std::pair<std::vector<std::string>, const char*> rows[] = {
+        {{"help"}, "encipher"},        {{"--help"}, "match"},           {{"scan", "--help"}, "--no-prioritize"},
+        {{"match", "-h"}, "--airline"}, {{"decipher", "a", "--help"}, "--key"}};
+    for (const auto& [arguments, word] : rows) {
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(runCommandLine(arguments), kExitGood);
+        EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr(word));
+    }
+}
+
+TEST(DataCommandLine, TellsWhatIsWrongWithIt) {
+    const std::pair<std::vector<std::string>, const char*> rows[] = {
+        {{}, "required"},
+        {{"scam"}, "unknown argument 'scam'"},
+        {{"encipher", "a"}, "OUT is required"},
+        {{"encipher", "a", "b", "c"}, "unknown argument 'c'"},
+        {{"encipher", "a", "b", "--key", "0g"}, "--key: needs 64 hexadecimal digits"},
+        {{"scan", "--community", "c"}, "--work is required"},
+        {{"scan", "--work", ""}, "--work: needs a value"},
+        {{"scan", "--work", "w"}, "--community or --folder is needed"},
+        {{"scan", "--work", "w", "--folder", "f", "--community", "c"}, "--community excludes --folder"},
+        {{"match", "--type"}, "--type needs a value"},
+        {{"match", "--type", "B738", "--refused", "a", "b"}, "unknown argument 'b'"}};
+    for (const auto& [arguments, words] : rows) {
+        try {
+            runCommandLine(arguments);
+            ADD_FAILURE() << words;
+        } catch (const UsageError& fault) {
+            EXPECT_THAT(fault.text, HasSubstr(words));
+        }
+    }
 }
 
 }  // namespace

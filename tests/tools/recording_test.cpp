@@ -84,7 +84,16 @@ TEST(Recording, OnlyTheTimestampOfALineIsMoved) {
 TEST(FeedOptions, TellWhatIsWrongWithThem) {
     EXPECT_EQ(failure({"generate", "--lat", "52", "--minutes", "5", "--list"}), "");
     EXPECT_EQ(failure({"play", "x.tsv", "--speed", "2.5", "--loop"}), "");
-    EXPECT_TRUE(parseFeedOptions({"record", "--help"}).help);
+    EXPECT_NE(parseFeedOptions({"record", "--help"}).help.find("--traffic-port"), std::string::npos);
+    const FeedOptions options = parseFeedOptions({"generate", "--no-control", "--host", "localhost", "--lon", "-5.5",
+                                                  "--runway", "-33.9,18.6,10,9000", "--weather-port", "5"});
+    EXPECT_EQ(options.command, FeedCommand::generate);
+    EXPECT_FALSE(options.control);
+    EXPECT_EQ(options.controlHost, "127.0.0.1");
+    EXPECT_EQ(options.trafficPort, 49005);
+    EXPECT_EQ(options.weatherPort, 5);
+    EXPECT_EQ(options.generate.lon, -5.5);
+    EXPECT_EQ(options.generate.runway.at(0).lengthFt, 9000);
     for (const std::vector<std::string>& wrong :
          std::vector<std::vector<std::string>>{{},
                                                {"fly"},

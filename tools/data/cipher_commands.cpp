@@ -4,47 +4,19 @@
 #include <cstdio>
 #include <exception>
 #include <fstream>
-#include <optional>
 
 #include "commands.h"
 #include "platform/files.h"
 #include "shell/generations.h"
-#include "shell/stream_cipher.h"
 #include "shell/text.h"
 
 using namespace hcr;
 
 namespace {
 
-struct CipherArguments {
-    std::filesystem::path in, out;
-    CipherKey key = gf_cipherKey();
-};
-
-CipherArguments parseArguments(const std::vector<std::string>& arguments) {
-    CipherArguments result;
-    std::vector<std::string> names;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (arguments[i] != "--key") {
-            if (arguments[i].starts_with("--")) throw UsageError{fmt::format("unknown option {}", arguments[i])};
-            names.push_back(arguments[i]);
-            continue;
-        }
-        const std::optional<CipherKey> key =
-            i + 1 < arguments.size() ? gf_cipherKeyFromHex(arguments[++i]) : std::nullopt;
-        if (!key) throw UsageError{"--key needs 64 hexadecimal digits"};
-        result.key = *key;
-    }
-    if (names.size() != 2) throw UsageError{"one input file and one output file are needed"};
-    result.in = gf_pathFromUtf8(names[0]);
-    result.out = gf_pathFromUtf8(names[1]);
-    return result;
-}
-
 /// From file to file. The output takes its place when it is whole; an old one stays when the work fails.
-int transformFile(const std::vector<std::string>& arguments,
+int transformFile(const CipherArguments& files,
                   void (*transform)(std::istream& in, std::ostream& out, const CipherKey& key)) {
-    const CipherArguments files = parseArguments(arguments);
     std::filesystem::path temporary = files.out;
     temporary += ".part";
     try {
@@ -73,11 +45,11 @@ int transformFile(const std::vector<std::string>& arguments,
 
 }  // namespace
 
-int runEncipher(const std::vector<std::string>& arguments) {
+int runEncipher(const CipherArguments& arguments) {
     return transformFile(arguments, gf_encipher);
 }
 
-int runDecipher(const std::vector<std::string>& arguments) {
+int runDecipher(const CipherArguments& arguments) {
     return transformFile(arguments,
                          [](std::istream& in, std::ostream& out, const CipherKey& key) { gf_decipher(in, out, key); });
 }

@@ -87,11 +87,11 @@ int main(int argc, char** argv) {
     try {
         options = parseFeedOptions(gf_arguments(argc, argv));
     } catch (const std::exception& e) {
-        fmt::print(stderr, "halcyrane-feed: {}\n\n{}", e.what(), feedUsage());
+        fmt::print(stderr, "halcyrane-feed: {}\nhalcyrane-feed --help tells how it is used.\n", e.what());
         return kUsage;
     }
-    if (options.help) {
-        fmt::print("{}", feedUsage());
+    if (!options.help.empty()) {
+        fmt::print("{}", options.help);
         return 0;
     }
     try {

@@ -25,7 +25,7 @@ struct FeedOptions {
     f64 speed = 1;
     bool loop = false;
     bool keepTimestamps = false;
-    bool help = false;  ///< nothing but the usage text is wanted
+    std::string help;   ///< the help text when nothing else is wanted
     bool list = false;  ///< print the generated aircraft
     i32 qnh = 1013;     ///< of play, where the recording has no weather
     GenerateOptions generate;
@@ -33,6 +33,5 @@ struct FeedOptions {
 
 /// Throws std::runtime_error with a text for the user.
 FeedOptions parseFeedOptions(const std::vector<std::string>& arguments);
-const char* feedUsage();
 
 }  // namespace hcr

@@ -11,8 +11,8 @@ int main(int argc, char** argv) {
     gf_prepareConsole();
     try {
         const ReplayOptions options = parseReplayOptions(gf_arguments(argc, argv));
-        if (options.help) {
-            std::fputs(kReplayUsage, stdout);
+        if (!options.help.empty()) {
+            fmt::print("{}", options.help);
             return 0;
         }
         return replay(options);

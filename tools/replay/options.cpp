@@ -2,58 +2,28 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
-#include <cmath>
+#include <CLI/CLI.hpp>
 #include <pugixml.hpp>
 #include <stdexcept>
 
+#include "shell/options.h"
 #include "shell/text.h"
 
 namespace hcr {
 namespace {
 
-constexpr i32 kWidestRangeNm = 250;
+constexpr f64 kWidestRangeNm = 250;
 constexpr f64 kLongestMinutes = 24 * 60;
 constexpr f64 kLowestFt = -1500, kHighestFt = 20000;
 
-f64 lf_number(std::string_view name, std::string_view text, f64 low, f64 high) {
-    f64 value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const bool whole = error == std::errc() && end == text.data() + text.size();
-    if (!whole || !std::isfinite(value) || value < low || value > high) {
-        throw std::runtime_error(fmt::format("{} takes a number from {} to {}, not '{}'", name, low, high, text));
-    }
-    return value;
-}
-
 LatLon lf_place(std::string_view name, const std::vector<std::string_view>& parts) {
-    return {lf_number(name, parts[0], -90, 90), lf_number(name, parts[1], -180, 180)};
+    return {gf_boundedNumber(name, parts[0], {-90, 90}), gf_boundedNumber(name, parts[1], {-180, 180})};
 }
 
 LatLon lf_user(const std::string& text) {
     const std::vector<std::string_view> parts = gf_splitCommas(text);
     if (parts.size() != 2) throw std::runtime_error(fmt::format("--user takes LAT,LON, not '{}'", text));
     return lf_place("--user", parts);
-}
-
-void lf_takeValue(ReplayOptions& options, const std::string& name, const std::string& value) {
-    if (name == "--airport") {
-        options.airport = value;
-    } else if (name == "--user") {
-        options.user = lf_user(value);
-    } else if (name == "--range") {
-        options.rangeNm = static_cast<i32>(lf_number(name, value, 1, kWidestRangeNm));
-    } else if (name == "--minutes") {
-        options.minutes = lf_number(name, value, 0, kLongestMinutes);
-    } else if (name == "--work") {
-        options.work = gf_pathFromUtf8(value);
-    } else if (name == "--trace") {
-        options.trace = gf_pathFromUtf8(value);
-    } else if (name == "--picture") {
-        options.picture = gf_pathFromUtf8(value);
-    } else {
-        throw std::runtime_error(fmt::format("unknown option '{}'", name));
-    }
 }
 
 AirportEntry lf_readAirportFile(const std::string& name) {
@@ -64,8 +34,7 @@ AirportEntry lf_readAirportFile(const std::string& name) {
     const pugi::xml_node root = document.child("root") ? document.child("root") : document;
     AirportEntry airport;
     airport.code = gf_pathToUtf8(path.stem());
-    const pugi::xml_node altitude =
-        root.child("parameters").find_child_by_attribute("parameter", "name", "altitude");
+    const pugi::xml_node altitude = root.child("parameters").find_child_by_attribute("parameter", "name", "altitude");
     airport.alt = altitude.attribute("value").as_double();
     i32 stands = 0;
     for (const pugi::xml_node stand : root.child("parkpositions").children("parkpos")) {
@@ -84,38 +53,33 @@ AirportEntry lf_readAirportFile(const std::string& name) {
 
 }  // namespace
 
-const char* const kReplayUsage =
-    "usage: halcyrane-replay FEED [options]\n"
-    "Flies a recording of RealTraffic's datagrams through the whole program, with the built-in simulator, on a clock\n"
-    "that is turned by hand: as fast as the machine can, and the same to the last bit each time.\n"
-    "  --airport FILE|LAT,LON,FT  the park airport: an airport file, or its place and elevation; none by default\n"
-    "  --user LAT,LON             where the user's aircraft stands; by default in the middle of the traffic\n"
-    "  --range NM                 how far around the user traffic is shown (40)\n"
-    "  --minutes N                only the first N minutes of the recording\n"
-    "  --work DIR                 a folder of the program, with `input` and `output`; by default the working folder or\n"
-    "                             the program's own. Without scanned liveries each type flies in a made-up one\n"
-    "  --trace OUT                writes all that the simulator was told, one JSON object a line\n"
-    "  --measure                  tells how far what was flown lies from the reports, for each aircraft and in all\n"
-    "  --picture OUT              draws the flown tracks over the reported ones, as SVG\n";
-
 ReplayOptions parseReplayOptions(const std::vector<std::string>& arguments) {
     ReplayOptions options;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& name = arguments[i];
-        if (name == "--help" || name == "-h") {
-            options.help = true;
-        } else if (name == "--measure") {
-            options.measure = true;
-        } else if (!name.starts_with("--")) {
-            if (!options.feed.empty()) throw std::runtime_error(fmt::format("one recording only, not '{}' too", name));
-            options.feed = gf_pathFromUtf8(name);
-        } else if (++i < arguments.size()) {
-            lf_takeValue(options, name, arguments[i]);
-        } else {
-            throw std::runtime_error(fmt::format("{} needs a value", name));
-        }
-    }
-    if (options.feed.empty() && !options.help) throw std::runtime_error("which recording? See --help");
+    CLI::App app(
+        "Flies a recording of RealTraffic's datagrams through the whole program, with the built-in simulator, on a "
+        "clock\n"
+        "that is turned by hand: as fast as the machine can, and the same to the last bit each time.",
+        "halcyrane-replay");
+    gf_prepareOptions(app);
+    gf_addPath(app, "FEED", "", "the recording", options.feed)->required();
+    app.add_option("--airport", options.airport,
+                   "the park airport: an airport file, or its place and elevation;\nnone by default")
+        ->type_name("FILE|LAT,LON,FT");
+    gf_addText(app, "--user", "LAT,LON", "where the user's aircraft stands; by default in the middle of the\ntraffic",
+               [&options](const std::string& text) { options.user = lf_user(text); });
+    gf_addNumber(app, "--range", "NM", "how far around the user traffic is shown (40)", 1, kWidestRangeNm,
+                 options.rangeNm);
+    gf_addNumber(app, "--minutes", "N", "only the first N minutes of the recording", 0, kLongestMinutes,
+                 options.minutes);
+    gf_addPath(app, "--work", "DIR",
+               "a folder of the program, with `input` and `output`; by default\nthe working folder or the program's "
+               "own. Without scanned liveries\neach type flies in a made-up one",
+               options.work);
+    gf_addPath(app, "--trace", "OUT", "writes all that the simulator was told, one JSON object a line", options.trace);
+    app.add_flag("--measure", options.measure,
+                 "tells how far what was flown lies from the reports, for each\naircraft and in all");
+    gf_addPath(app, "--picture", "OUT", "draws the flown tracks over the reported ones, as SVG", options.picture);
+    options.help = gf_parseOptions(app, arguments);
     return options;
 }
 
@@ -131,7 +95,7 @@ AirportEntry readReplayAirport(const std::string& text) {
     const LatLon place = lf_place("--airport", parts);
     airport.lat = place.lat;
     airport.lon = place.lon;
-    airport.alt = lf_number("--airport", parts[2], kLowestFt, kHighestFt);
+    airport.alt = gf_boundedNumber("--airport", parts[2], {kLowestFt, kHighestFt});
     return airport;
 }
 

@@ -18,10 +18,9 @@ struct ReplayOptions {
     f64 minutes = 0;              ///< of the recording; 0: all
     std::filesystem::path work;   ///< folder with `input` and `output`; empty: found by replayData
     std::filesystem::path trace, picture;
-    bool measure = false, help = false;
+    bool measure = false;
+    std::string help;  ///< the help text when nothing else is wanted
 };
-
-extern const char* const kReplayUsage;
 
 /// Throws std::runtime_error with a text for the user.
 ReplayOptions parseReplayOptions(const std::vector<std::string>& arguments);

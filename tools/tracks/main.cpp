@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include <charconv>
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -8,6 +8,7 @@
 
 #include "platform/system.h"
 #include "shell/generations.h"
+#include "shell/options.h"
 #include "shell/text.h"
 #include "tools/feed/recording.h"
 #include "tools/tracks/stories.h"
@@ -17,15 +18,25 @@ namespace {
 
 using namespace hcr;
 
-constexpr const char* kUsage =
-    "usage: halcyrane-tracks [--seconds N] TRACE RECORDING SVG\n"
-    "         draws the tracks that the built-in simulator flew (its trace) over the reported ones (a recording,\n"
-    "         its first N seconds), and tells how far they lie apart\n"
-    "       halcyrane-tracks --scenario SCENARIO RECORDING\n"
-    "         prints the scenario with the user put into the middle of the recording's traffic\n"
-    "       halcyrane-tracks --compare TRACE TRACE\n"
-    "         tells where two sessions with the same traffic differ in kind: in their aircraft, titles, the order of\n"
-    "         calls for each, its last state; ends with 1 when they do\n";
+constexpr int kFailed = 1, kUsage = 2;
+constexpr f64 kLongestSeconds = 1e9;
+
+constexpr const char* kAbout =
+    "TRACE RECORDING SVG\n"
+    "  draws the tracks that the built-in simulator flew (its trace) over the reported ones (a recording),\n"
+    "  and tells how far they lie apart\n"
+    "--scenario SCENARIO RECORDING\n"
+    "  prints the scenario with the user put into the middle of the recording's traffic\n"
+    "--compare TRACE TRACE\n"
+    "  tells where two sessions with the same traffic differ in kind: in their aircraft, titles, the order of\n"
+    "  calls for each, its last state; ends with 1 when they do\n";
+
+struct TracksOptions {
+    bool scenario = false, compare = false;
+    f64 seconds = 0;  ///< of the recording; 0: all
+    std::vector<std::string> files;
+    std::string help;
+};
 
 int lf_draw(const std::string& trace, const std::string& recording, const std::string& svg, f64 seconds) {
     const Tracks flown = readFlownTracks(gf_pathFromUtf8(trace));
@@ -40,14 +51,6 @@ int lf_draw(const std::string& trace, const std::string& recording, const std::s
         "99 % within {:.1f} m, worst {:.1f} m ({})\n",
         flown.size(), off.points, off.median, off.p99, off.worst, off.worstName);
     return 0;
-}
-
-f64 lf_seconds(const std::string& text) {
-    f64 seconds = 0;
-    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    const bool good = fault == std::errc{} && end == text.data() + text.size() && seconds >= 0;
-    if (!good) throw std::runtime_error(fmt::format("--seconds: '{}' is no number of seconds", text));
-    return seconds;
 }
 
 int lf_placeUser(const std::string& scenario, const std::string& recording) {
@@ -76,28 +79,49 @@ int lf_compare(const std::string& one, const std::string& other) {
     return differences.empty() && steps > 0 ? 0 : 1;
 }
 
+TracksOptions lf_parse(const std::vector<std::string>& arguments) {
+    TracksOptions options;
+    CLI::App app(kAbout, "halcyrane-tracks");
+    gf_prepareOptions(app);
+    CLI::Option* const compare = app.add_flag("--compare", options.compare, "compare two traces");
+    app.add_flag("--scenario", options.scenario, "put the user into a scenario")->excludes(compare);
+    gf_addNumber(app, "--seconds", "N", "only the first N seconds of the recording", 0, kLongestSeconds,
+                 options.seconds);
+    app.add_option("FILES", options.files, "as above");
+    options.help = gf_parseOptions(app, arguments);
+    const std::size_t needed = options.scenario || options.compare ? 2 : 3;
+    if (options.help.empty() && options.files.size() != needed) {
+        throw std::runtime_error(fmt::format("{} files are needed, not {}", needed, options.files.size()));
+    }
+    return options;
+}
+
+int lf_run(const TracksOptions& options) {
+    const std::vector<std::string>& files = options.files;
+    if (options.scenario) return lf_placeUser(files[0], files[1]);
+    if (options.compare) return lf_compare(files[0], files[1]);
+    return lf_draw(files[0], files[1], files[2], options.seconds);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     gf_prepareConsole();
-    std::vector<std::string> arguments = gf_arguments(argc, argv);
+    TracksOptions options;
     try {
-        f64 seconds = 0;
-        if (std::ranges::any_of(arguments, [](const std::string& a) { return a == "--help" || a == "-h"; })) {
-            std::fputs(kUsage, stdout);
-            return 0;
-        }
-        if (arguments.size() == 3 && arguments[0] == "--scenario") return lf_placeUser(arguments[1], arguments[2]);
-        if (arguments.size() == 3 && arguments[0] == "--compare") return lf_compare(arguments[1], arguments[2]);
-        if (arguments.size() == 5 && arguments[0] == "--seconds") {
-            seconds = lf_seconds(arguments[1]);
-            arguments.erase(arguments.begin(), arguments.begin() + 2);
-        }
-        if (arguments.size() == 3) return lf_draw(arguments[0], arguments[1], arguments[2], seconds);
-        std::fputs(kUsage, stderr);
-        return 2;
+        options = lf_parse(gf_arguments(argc, argv));
+    } catch (const std::exception& e) {
+        fmt::print(stderr, "halcyrane-tracks: {}\nhalcyrane-tracks --help tells how it is used.\n", e.what());
+        return kUsage;
+    }
+    if (!options.help.empty()) {
+        fmt::print("{}", options.help);
+        return 0;
+    }
+    try {
+        return lf_run(options);
     } catch (const std::exception& e) {
         fmt::print(stderr, "halcyrane-tracks: {}\n", e.what());
-        return 1;
+        return kFailed;
     }
 }

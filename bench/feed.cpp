@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "core/model/range.h"
 #include "core/model/tables.h"
 #include "feed/traffic_line.h"
 #include "tools/feed/generator.h"
@@ -32,7 +33,7 @@ void decode_line(benchmark::State& state) {
     const std::vector<std::string> lines = airborneLines();
     gTrafficReader.userLat = place.lat;
     gTrafficReader.userLon = place.lon;
-    gTrafficReader.rangeNm = 200;
+    gRangeNm = 200;
     gAcceptReports = true;
     const u64 acceptedBefore = gFeedCounters.accepted;
     std::size_t next = 0;

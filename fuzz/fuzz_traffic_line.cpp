@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/model/range.h"
 #include "core/model/tables.h"
 #include "feed/traffic_line.h"
 
@@ -36,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     gTrafficReader.parkAirportLon = 4.76;
     gTrafficReader.parkAirportAlt = -11;
     gTrafficReader.parkAirportAltValid = true;
-    gTrafficReader.rangeNm = 25000;
+    gRangeNm = 25000;
     gAcceptReports = true;
     gTrafficReader.text = std::string_view(reinterpret_cast<const char*>(data), size);
     processLine(gTrafficReader);

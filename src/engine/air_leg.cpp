@@ -10,7 +10,7 @@
 #include "engine/ground.h"
 #include "engine/landing.h"
 #include "engine/leg.h"
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "sim/aircraft.h"
 
 namespace hcr {

@@ -6,13 +6,13 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/ground.h"
 #include "engine/holding.h"
 #include "engine/leg.h"
-#include "feed/traffic_reader.h"
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "shell/parameters.h"
 #include "sim/session.h"
 
@@ -48,7 +48,7 @@ constexpr f64 kRollOutEndKt = 20;
 bool lf_mayExtendInAir(const LiveAc& ac) {
     const UserAircraftData user = gf_lastUserPosition();
     if (positionKnown(user.lat, user.lon) &&
-        distanceNm(user.lat, user.lon, ac.lat, ac.lon) >= gTrafficReader.rangeNm - kRangeMarginNm) {
+        distanceNm(user.lat, user.lon, ac.lat, ac.lon) >= gRangeNm - kRangeMarginNm) {
         return false;
     }
     return !AIRBORNE_ONLY.current || std::abs(ac.alt - gf_parkAirportAlt(0)) >= kNearGroundFt;

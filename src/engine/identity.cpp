@@ -11,7 +11,7 @@
 #include "liveries/dbase.h"
 #include "liveries/matching.h"
 #include "parking/learned.h"
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 

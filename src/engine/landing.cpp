@@ -6,7 +6,7 @@
 #include "core/model/geo.h"
 #include "core/model/tables.h"
 #include "engine/leg.h"
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "sim/aircraft.h"
 
 namespace hcr {

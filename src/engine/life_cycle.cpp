@@ -14,7 +14,7 @@
 #include "engine/identity.h"
 #include "engine/intake.h"
 #include "liveries/dbase.h"
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/random.h"

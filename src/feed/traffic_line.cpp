@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "core/model/geo.h"
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "feed/field_text.h"
@@ -177,7 +178,7 @@ bool lf_takePosition(DecodedLine& line) {
 bool lf_nearUser(DecodedLine& line) {
     const TrafficReader& reader = line.reader;
     const PosSample& s = line.sample;
-    return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= reader.rangeNm ||
+    return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= gRangeNm ||
            lf_drop(line, LineDrop::outOfRange);
 }
 

@@ -51,7 +51,6 @@ struct TrafficReader : UdpReader {
     std::atomic<f64> parkAirportLat{0}, parkAirportLon{0};
     std::atomic<f64> parkAirportAlt{0};            ///< feet
     std::atomic<bool> parkAirportAltValid{false};  ///< a park airport is set
-    std::atomic<f64> rangeNm{40};                  ///< range of the moment; gf_setRange writes it
     std::atomic<i32> qnh{1013};                    ///< hPa
 };
 

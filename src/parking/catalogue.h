@@ -1,21 +1,11 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/types.h"
+#include "core/model/park_state.h"
 
 namespace hcr {
-
-/// One airport that the program knows.
-struct AirportEntry {
-    std::string code;        ///< ICAO code, the key
-    std::string iata;
-    f64 lat = 0, lon = 0;    ///< degrees
-    f64 alt = 0;             ///< field elevation, feet
-    i32 stands = 0;          ///< 0: no archived airport file; 1 or more: there is one
-};
 
 /// Sorted by code; filled once per process by gf_readAirports, read-only afterwards.
 extern std::vector<AirportEntry> gAirports;

@@ -1,11 +1,10 @@
 #include "parking/park_airport.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 
+#include "core/model/range.h"
 #include "core/model/tables.h"
-#include "feed/traffic_reader.h"
 #include "parking/plan.h"
 #include "shell/parameters.h"
 #include "shell/controls.h"
@@ -19,7 +18,6 @@ namespace {
 constexpr i32 kRangeOnGroundNm = 10, kRangeHighNm = 100, kRangeCruiseNm = 40;
 constexpr f64 kNearNm = 7, kFarNm = 37;  // distances to the airport between which the range follows
 constexpr f64 kNoAirportNm = 10000;
-constexpr u32 kMetresPerMile = 1852;
 
 struct RangeStep {
     i32 distance;  // nm, rounded, from which on ...
@@ -27,8 +25,6 @@ struct RangeStep {
 };
 constexpr RangeStep kRangeSteps[] = {{33, 35}, {28, 30}, {23, 25}, {19, 20}, {17, 18},
                                      {15, 16}, {13, 14}, {11, 12}, {9, 10},  {0, 8}};
-
-std::atomic<u32> lf_rangeMetres{40 * kMetresPerMile};
 
 f64 lf_firstAirportNm(const UserAircraftData& user) {
     const std::lock_guard lock(gParkAirportsMutex);
@@ -62,28 +58,6 @@ bool lf_standsSomewhere(const LiveAc& ac) {
 
 }  // namespace
 
-std::mutex gParkAirportsMutex;
-std::vector<ParkAirportEntry> gParkAirports;
-AirportEntry gParkAirport;
-std::string gSelectedStand;
-
-bool gf_hasParkAirport() {
-    return !gParkAirport.code.empty();
-}
-
-f64 gf_parkAirportAlt(f64 without) {
-    return gf_hasParkAirport() ? gParkAirport.alt : without;
-}
-
-void gf_setRange(i32 nm) {
-    RANGE.current = std::clamp(nm, RANGE.lower, RANGE.upper);
-    if (std::find(RANGE.values.begin(), RANGE.values.end(), RANGE.current) != RANGE.values.end()) {
-        gf_showInControl(RANGE);
-    }
-    gTrafficReader.rangeNm = nm;
-    lf_rangeMetres = static_cast<u32>(std::max(nm, 0)) * kMetresPerMile;
-}
-
 void gf_autoRange() {
     if (gUserOnGround) {
         gf_setRange(kRangeOnGroundNm);
@@ -97,10 +71,6 @@ void gf_autoRange() {
     } else {
         gf_setRange(lf_approachRange(user));
     }
-}
-
-u32 gf_rangeMetres() {
-    return lf_rangeMetres;
 }
 
 bool lf_readMyParkAirports() {
@@ -125,12 +95,6 @@ void gf_setDestination(const std::string& code, LatLon position) {
         gParkAirports.insert(gParkAirports.begin(), ParkAirportEntry{code, {}, position.lat, position.lon, 0});
     }
 }
-
-std::string gf_standUnderUser(LatLon) {
-    return {};
-}
-
-void gf_rememberUserStand() {}
 
 void gf_clearSelectedStand() {
     const auto stand =

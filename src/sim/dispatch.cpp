@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"

@@ -11,7 +11,7 @@
 
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"

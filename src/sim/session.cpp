@@ -1,6 +1,6 @@
 #include "sim/session.h"
 
-#include "parking/park_airport.h"
+#include "core/model/range.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/run_stop.h"

@@ -5,7 +5,7 @@
 #include <exception>
 #include <utility>
 
-#include "parking/park_airport.h"
+#include "core/model/park_state.h"
 #include "platform/clock.h"
 #include "shell/log.h"
 #include "shell/messages.h"

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/following.h"
@@ -49,7 +50,7 @@ void forgetEverything() {
     gParkAirports.clear();
     gParkAirport = AirportEntry{};
     gQnh = 1013;
-    gTrafficReader.rangeNm = 100;
+    gRangeNm = 100;
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/extension.h"
@@ -85,10 +86,10 @@ TEST_F(Extension, EndsAtOnceForWhomNobodyWouldSee) {
     };
     const Row rows[] = {
         {"in range", [](LiveAc&) {}, true},
-        {"at the edge of the range", [](LiveAc&) { gTrafficReader.rangeNm = 60.5; }, false},
+        {"at the edge of the range", [](LiveAc&) { gRangeNm = 60.5; }, false},
         {"user unknown",
          [](LiveAc&) {
-             gTrafficReader.rangeNm = 10;
+             gRangeNm = 10;
              gf_storeUserPosition({});
          },
          true},

@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "feed/qnh_reader.h"
@@ -64,7 +65,7 @@ private:
         TrafficReader& r = gTrafficReader;
         r.userLat = r.userLon = r.parkAirportLat = r.parkAirportLon = r.parkAirportAlt = 0;
         r.parkAirportAltValid = false;
-        r.rangeNm = 40;
+        gRangeNm = 40;
         r.lastText.clear();
         r.packetCount = gTrafficReader.lastPacketCount = gQnhReader.lastPacketCount = 0;
         gQnhReader.lastText.clear();

@@ -1,13 +1,14 @@
+#include "core/model/geo.h"
+#include "core/model/range.h"
 #include "feed/traffic_line.h"
+#include "feed_world.h"
+#include "tools/feed/generator.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
 
-#include "core/model/geo.h"
-#include "feed_world.h"
-#include "tools/feed/generator.h"
 
 namespace hcr {
 namespace {
@@ -251,7 +252,7 @@ TEST_F(TrafficLine, NumbersOfEveryLengthAreReadAsTheLibraryReadsThem) {
         for (std::size_t digit = 0; digit < decimals; ++digit) text += static_cast<char>('0' + random() % 10);
         if (random() % 16 == 0) text += random() % 2 == 0 ? "e-1" : "x";
         gTrafficReader.userLat = text[0] == '-' ? -52 : 52;
-        gTrafficReader.rangeNm = 6000;
+        gRangeNm = 6000;
         const TrafficReport* report = decode(Line().with(2, text));
         ASSERT_NE(report, nullptr) << text;
         ASSERT_EQ(report->sample.lat, std::strtod(text.c_str(), nullptr)) << text;
@@ -402,7 +403,7 @@ constexpr int kMutatedLines = 1'000'000;
 TEST_F(TrafficLine, NoDamagedLineBringsNonsenseIntoTheQueue) {
     gf_closeLog();  // a line for each of them would be the greater part of the work
     setParkAirport(-11);
-    gTrafficReader.rangeNm = 200;
+    gRangeNm = 200;
     GenerateOptions options;
     options.minutes = 1;
     options.aircraft = 40;

@@ -1,15 +1,16 @@
-#include "parking/park_airport.h"
-
-#include <gtest/gtest.h>
-
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "feed/traffic_reader.h"
+#include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "shell/parameters.h"
 #include "shell/window_state.h"
 #include "sim/session.h"
 #include "tests/engine/engine_world.h"
+
+#include <gtest/gtest.h>
+
 
 namespace hcr::test {
 namespace {
@@ -36,13 +37,13 @@ TEST_F(ParkAirport, RangeFollowsTheUser) {
         gParkAirports.clear();
         if (row.miles >= 0) gParkAirports.push_back({"EHAM", "", row.miles / 60, 10, 0});
         gf_autoRange();
-        EXPECT_EQ(gTrafficReader.rangeNm, row.range) << row.agl << ' ' << row.miles;
+        EXPECT_EQ(gRangeNm, row.range) << row.agl << ' ' << row.miles;
         EXPECT_EQ(RANGE.current, row.range);
         EXPECT_EQ(gf_rangeMetres(), static_cast<u32>(row.range) * 1852);
     }
     gf_setRange(500);
     EXPECT_EQ(RANGE.current, RANGE.upper);
-    EXPECT_EQ(gTrafficReader.rangeNm, 500);
+    EXPECT_EQ(gRangeNm, 500);
 }
 
 TEST_F(ParkAirport, DestinationGoesToTheFront) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/model/geo.h"
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "core/run/run.h"

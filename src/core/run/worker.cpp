@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "core/model/geo.h"
+#include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "core/run/run.h"
@@ -15,10 +16,10 @@
 #include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "platform/clock.h"
+#include "shell/controls.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/session.h"
 

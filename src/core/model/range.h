@@ -1,0 +1,16 @@
+#pragma once
+
+#include <atomic>
+
+#include "platform/types.h"
+
+namespace hcr {
+
+extern std::atomic<f64> gRangeNm;  ///< range of the moment around the user, nautical miles; gf_setRange writes it
+
+/// Sets the range of the moment: RANGE, the decoder's range, the radius of the simulator requests. Any thread.
+void gf_setRange(i32 nm);
+/// Range of the moment in metres. Any thread.
+u32 gf_rangeMetres();
+
+}  // namespace hcr

@@ -9,6 +9,8 @@
 
 #ifdef __SSE2__
 #include <emmintrin.h>
+
+#include "shell/text.h"
 #endif
 
 namespace hcr {
@@ -107,6 +109,13 @@ bool lf_isControl(char c) {
     return static_cast<u8>(c) < ' ' || c == kDelete;
 }
 
+bool lf_holdsUpperControls(std::string_view text) {
+    for (std::size_t at = text.find('\xC2'); at != std::string_view::npos; at = text.find('\xC2', at + 1)) {
+        if (at + 1 < text.size() && static_cast<u8>(text[at + 1]) <= 0x9F) return true;
+    }
+    return !gf_isUtf8(text);
+}
+
 }  // namespace
 
 std::optional<f64> gf_fieldNumber(std::string_view field, [[maybe_unused]] const char* textEnd) {
@@ -128,19 +137,21 @@ bool gf_holdsControls(std::string_view text) {
 #ifdef __SSE2__
     constexpr std::size_t kVector = sizeof(__m128i);
     if (text.size() >= kVector) {
-        __m128i found = _mm_setzero_si128();
+        __m128i found = _mm_setzero_si128(), high = found;
         const auto look = [&](std::size_t at) {
             __m128i bytes;
             std::memcpy(&bytes, text.data() + at, sizeof bytes);
             const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(' ' - 1)), bytes);
+            high = _mm_or_si128(high, bytes);
             found = _mm_or_si128(found, _mm_or_si128(low, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(0x7F))));
         };
         for (std::size_t at = 0; at + kVector < text.size(); at += kVector) look(at);
         look(text.size() - kVector);  // some bytes again, which costs less than a loop for the rest
-        return _mm_movemask_epi8(found) != 0;
+        if (_mm_movemask_epi8(found) != 0) return true;
+        return _mm_movemask_epi8(high) != 0 && lf_holdsUpperControls(text);
     }
 #endif
-    return std::any_of(text.begin(), text.end(), lf_isControl);
+    return std::any_of(text.begin(), text.end(), lf_isControl) || lf_holdsUpperControls(text);
 }
 
 // Finds the commas of 64 characters at once, without a decision that depends on them: a search for each one, a comma

@@ -30,7 +30,8 @@ inline std::string_view gf_fieldText(std::string_view field) {
 /// finite. `textEnd` is where the line ends that holds the field: bytes up to there are looked at.
 std::optional<f64> gf_fieldNumber(std::string_view field, const char* textEnd);
 
-/// Whether a byte below the blank or a delete stands in the text.
+/// Whether a control character stands in the text, those of the upper range (U+0080 to U+009F) too, or bytes that are no
+/// UTF-8: a terminal may be steered by either.
 bool gf_holdsControls(std::string_view text);
 
 /// The fields of a text between its commas, as views into it; at most `highestCount`, what follows is left out.

@@ -189,6 +189,9 @@ TEST_F(TrafficLine, NoTextHoldsAControlByte) {
     EXPECT_EQ(log(), "");
     EXPECT_TRUE(gTrafficReader.realCallsigns.empty());
     EXPECT_NE(decode(Line().with(9, "\xC3\xA9 ~")), nullptr);
+    for (const char* steering : {"KLM\xC2\x9B", "\xC2\x80", "KL\x9BM", "\xFF"}) {
+        EXPECT_EQ(decode(Line().with(9, steering)), nullptr) << steering;
+    }
 
     Line line;
     line.fields.resize(29);

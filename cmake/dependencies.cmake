@@ -16,6 +16,7 @@ function(halcyrane_header_library name folder)
   endif()
 endfunction()
 halcyrane_header_library(CLI11 /usr/include/CLI)
+halcyrane_header_library(utfcpp /usr/include/utf8cpp)
 
 if(WIN32)
   if(NOT EXISTS ${HALCYRANE_WINDOWS_LIBRARIES}/curl/stamp)

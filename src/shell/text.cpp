@@ -1,11 +1,12 @@
 #include "shell/text.h"
 
 #include <fmt/format.h>
+#include <utf8cpp/utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <optional>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -13,10 +14,6 @@
 
 namespace hcr {
 namespace {
-
-constexpr char32_t kLastCodePoint = 0x10FFFF;
-constexpr char32_t kFirstBeyondBmp = 0x10000;
-constexpr char32_t kHighSurrogate = 0xD800, kLowSurrogate = 0xDC00, kBehindSurrogates = 0xE000;
 
 [[noreturn]] void lf_failUtf8() {
     throw std::runtime_error("utf8_to_wide: invalid UTF-8");
@@ -26,98 +23,31 @@ constexpr char32_t kHighSurrogate = 0xD800, kLowSurrogate = 0xDC00, kBehindSurro
     throw std::runtime_error("wide_to_utf8: invalid UTF-16");
 }
 
-bool lf_isSurrogate(char32_t c) {
-    return c >= kHighSurrogate && c < kBehindSurrogates;
-}
-
-/// The code point that begins at `place`, which moves behind it. Nothing for overlong forms, surrogates and what lies
-/// beyond the last code point.
-std::optional<char32_t> lf_nextUtf8(std::string_view text, std::size_t& place) {
-    const auto lead = static_cast<u8>(text[place++]);
-    if (lead < 0x80) return lead;
-    std::size_t more = 0;
-    char32_t c = 0, smallest = 0;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        more = 1, c = lead & 0x1FU, smallest = 0x80;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-        more = 2, c = lead & 0x0FU, smallest = 0x800;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-        more = 3, c = lead & 0x07U, smallest = kFirstBeyondBmp;
-    } else {
-        return {};
-    }
-    if (text.size() - place < more) return {};
-    for (; more > 0; --more) {
-        const auto next = static_cast<u8>(text[place++]);
-        if ((next & 0xC0U) != 0x80) return {};
-        c = c << 6U | (next & 0x3FU);
-    }
-    if (c < smallest || c > kLastCodePoint || lf_isSurrogate(c)) return {};
-    return c;
-}
-
-char32_t lf_takeUtf8(std::string_view text, std::size_t& place) {
-    const std::optional<char32_t> c = lf_nextUtf8(text, place);
-    if (!c) lf_failUtf8();
-    return *c;
-}
-
 /// Neither the control bytes nor those above U+007F, which steer a terminal too. A tab does no harm.
 bool lf_isShown(char32_t c) {
     constexpr char32_t kDelete = 0x7F, kBehindControls = 0xA0;
     return c == U'\t' || (c >= U' ' && c < kDelete) || c >= kBehindControls;
 }
 
-void lf_appendUtf8(std::string& out, char32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-        return;
-    }
-    if (c < 0x800) {
-        out += static_cast<char>(0xC0U | c >> 6U);
-    } else {
-        if (c < kFirstBeyondBmp) {
-            out += static_cast<char>(0xE0U | c >> 12U);
-        } else {
-            out += static_cast<char>(0xF0U | c >> 18U);
-            out += static_cast<char>(0x80U | (c >> 12U & 0x3FU));
-        }
-        out += static_cast<char>(0x80U | (c >> 6U & 0x3FU));
-    }
-    out += static_cast<char>(0x80U | (c & 0x3FU));
-}
-
-/// Code units of 16 bits, held in any type, to UTF-8.
-template <typename Unit>
-std::string lf_fromUtf16(std::basic_string_view<Unit> text) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t c = static_cast<char32_t>(text[i]);
-        if (lf_isSurrogate(c)) {
-            if (c >= kLowSurrogate || i + 1 == text.size()) lf_failUtf16();
-            const auto low = static_cast<char32_t>(text[++i]);
-            if (low < kLowSurrogate || low >= kBehindSurrogates) lf_failUtf16();
-            c = kFirstBeyondBmp + ((c - kHighSurrogate) << 10U) + (low - kLowSurrogate);
-        }
-        lf_appendUtf8(out, c);
-    }
-    return out;
-}
-
-std::string lf_fromUtf32(std::wstring_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (const wchar_t unit : text) {
-        const auto c = static_cast<char32_t>(unit);
-        if (c > kLastCodePoint || lf_isSurrogate(c)) lf_failUtf16();
-        lf_appendUtf8(out, c);
-    }
-    return out;
-}
-
 void lf_checkUtf8(std::string_view text) {
-    for (std::size_t place = 0; place < text.size();) lf_takeUtf8(text, place);
+    if (!gf_isUtf8(text)) lf_failUtf8();
+}
+
+/// Code units of 16 or of 32 bits to UTF-8, as their size tells.
+template <typename Unit>
+std::string lf_toUtf8(std::basic_string_view<Unit> text) {
+    std::string out;
+    out.reserve(text.size());
+    try {
+        if constexpr (sizeof(Unit) == sizeof(char16_t)) {
+            utf8::utf16to8(text.begin(), text.end(), std::back_inserter(out));
+        } else {
+            utf8::utf32to8(text.begin(), text.end(), std::back_inserter(out));
+        }
+    } catch (const utf8::exception&) {
+        lf_failUtf16();
+    }
+    return out;
 }
 
 // A path's own text is narrow or wide, as the system has it.
@@ -185,44 +115,44 @@ constexpr std::array<std::pair<i32, const char*>, 49> kWinsockTexts = {{
 }  // namespace
 
 std::wstring gf_utf8ToWide(std::string_view text) {
+    lf_checkUtf8(text);
     std::wstring out;
     out.reserve(text.size());
-    for (std::size_t place = 0; place < text.size();) {
-        const char32_t c = lf_takeUtf8(text, place);
-        if (sizeof(wchar_t) == 2 && c >= kFirstBeyondBmp) {
-            out += static_cast<wchar_t>(kHighSurrogate + ((c - kFirstBeyondBmp) >> 10U));
-            out += static_cast<wchar_t>(kLowSurrogate + ((c - kFirstBeyondBmp) & 0x3FFU));
-        } else {
-            out += static_cast<wchar_t>(c);
-        }
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t)) {
+        utf8::unchecked::utf8to16(text.begin(), text.end(), std::back_inserter(out));
+    } else {
+        utf8::unchecked::utf8to32(text.begin(), text.end(), std::back_inserter(out));
     }
     return out;
 }
 
 std::string gf_wideToUtf8(std::wstring_view text) {
-    return sizeof(wchar_t) == 2 ? lf_fromUtf16(text) : lf_fromUtf32(text);
+    return lf_toUtf8(text);
 }
 
 std::string gf_utf16ToUtf8(std::u16string_view text) {
-    return lf_fromUtf16(text);
+    return lf_toUtf8(text);
 }
 
 bool gf_isUtf8(std::string_view text) {
-    for (std::size_t place = 0; place < text.size();) {
-        if (!lf_nextUtf8(text, place)) return false;
-    }
-    return true;
+    return utf8::is_valid(text.begin(), text.end());
 }
 
 std::string gf_quoted(std::string_view text, std::size_t longest) {
     std::string quoted;
-    for (std::size_t place = 0; place < text.size();) {
-        const std::size_t begin = place;
-        const std::optional<char32_t> c = lf_nextUtf8(text, place);
-        if (!c) place = begin + 1;
-        if (place > longest) return quoted + "...";
-        if (c && lf_isShown(*c)) {
-            quoted += text.substr(begin, place - begin);
+    const char* const end = text.data() + text.size();
+    const char* bad = utf8::find_invalid(text.data(), end);
+    for (const char* at = text.data(); at != end;) {
+        const char* const begin = at;
+        bool isShown = false;
+        if (at == bad) {
+            bad = utf8::find_invalid(++at, end);
+        } else {
+            isShown = lf_isShown(utf8::unchecked::next(at));
+        }
+        if (static_cast<std::size_t>(at - text.data()) > longest) return quoted + "...";
+        if (isShown) {
+            quoted.append(begin, at);
         } else {
             quoted += '?';
         }

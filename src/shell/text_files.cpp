@@ -1,6 +1,7 @@
 #include "shell/text_files.h"
 
 #include <fmt/format.h>
+#include <utf8cpp/utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -82,46 +83,29 @@ bool lf_isAscii(std::string_view text) {
                        [](char c) { return static_cast<u8>(c) <= 0x7F; });
 }
 
-/// Bytes that must follow a lead byte above 127; 0 when it can't lead.
-std::size_t lf_continuations(u8 lead) {
-    if (lead >= 0xC2 && lead <= 0xDF) return 1;
-    if (lead >= 0xE0 && lead <= 0xEF) return 2;
-    if (lead >= 0xF0 && lead <= 0xF4) return 3;
-    return 0;
+/// Half of a UTF-16 pair written as if it were a character.
+bool lf_isHalfOfPair(std::string_view text) {
+    return text.size() >= 3 && text[0] == '\xED' && lf_byte(text, 1) >= 0xA0 && (lf_byte(text, 1) & 0xC0U) == 0x80 &&
+           (lf_byte(text, 2) & 0xC0U) == 0x80;
 }
 
-/// Overlong forms and what lies beyond the last code point show in the byte behind the lead.
-bool lf_isSecondByteFine(u8 lead, u8 second) {
-    if (lead == 0xE0) return second >= 0xA0;
-    if (lead == 0xF0) return second >= 0x90;
-    if (lead == 0xF4) return second <= 0x8F;
-    return true;
-}
-
+/// Halves of pairs, which the rest of the program doesn't take, are no reason to refuse a sample. A character cut by
+/// its end is one.
 bool lf_isUtf8(std::string_view sample) {
-    for (std::size_t i = lf_asciiBlocks(sample); i < sample.size(); ++i) {
-        const u8 lead = lf_byte(sample, i);
-        if (lead <= 0x7F) continue;
-        const std::size_t count = lf_continuations(lead);
-        // A character cut by the end of the sample counts as wrong.
-        if (count == 0 || i + count >= sample.size()) return false;
-        for (std::size_t k = 1; k <= count; ++k) {
-            if ((lf_byte(sample, i + k) & 0xC0U) != 0x80) return false;
-        }
-        if (!lf_isSecondByteFine(lead, lf_byte(sample, i + 1))) return false;
-        i += count;
+    sample.remove_prefix(lf_asciiBlocks(sample));
+    while (!sample.empty()) {
+        const auto fault = utf8::find_invalid(sample.begin(), sample.end());
+        sample.remove_prefix(static_cast<std::size_t>(fault - sample.begin()));
+        if (sample.empty()) return true;
+        if (!lf_isHalfOfPair(sample)) return false;
+        sample.remove_prefix(3);
     }
     return true;
 }
 
-/// What the rest of the program takes for UTF-8: halves of UTF-16 pairs aren't, though no sample is refused for them.
+/// What the rest of the program takes for UTF-8.
 bool lf_isStrictUtf8(std::string_view text) {
-    if (lf_isAscii(text)) return true;
-    if (!lf_isUtf8(text)) return false;
-    for (std::size_t i = text.find('\xED'); i != std::string_view::npos; i = text.find('\xED', i + 1)) {
-        if (lf_byte(text, i + 1) >= 0xA0) return false;
-    }
-    return true;
+    return gf_isUtf8(text.substr(lf_asciiBlocks(text)));
 }
 
 /// UTF-16 by its mark, or by the zero bytes of two ASCII characters.

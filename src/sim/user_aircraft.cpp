@@ -69,12 +69,7 @@ std::string_view lf_cut(std::string_view text, std::size_t length) {
 
 /// A title may hold bytes of any code page; the program's texts are UTF-8.
 std::string lf_asUtf8(const std::string& text) {
-    try {
-        gf_utf8ToWide(text);
-        return text;
-    } catch (const std::runtime_error&) {
-        return gf_ansiToUtf8(text);
-    }
+    return gf_isUtf8(text) ? text : gf_ansiToUtf8(text);
 }
 
 void lf_setHalfSpan(f64 halfSpan) {

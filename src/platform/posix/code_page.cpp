@@ -1,3 +1,7 @@
+#include <utf8cpp/utf8.h>
+
+#include <iterator>
+
 #include "platform/system.h"
 
 namespace hcr {
@@ -14,19 +18,6 @@ constexpr char16_t kSpecial[] = {
 };
 static_assert(std::size(kSpecial) == kBehindSpecial - kFirstSpecial);
 
-void lf_append(std::string& out, char16_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | c >> 6);
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | c >> 12);
-        out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
-
 }  // namespace
 
 std::optional<std::string> gf_decodeCodePage(std::string_view bytes, bool strict) {
@@ -37,7 +28,7 @@ std::optional<std::string> gf_decodeCodePage(std::string_view bytes, bool strict
         const bool isSpecial = value >= kFirstSpecial && value < kBehindSpecial;
         const char16_t c = isSpecial ? kSpecial[value - kFirstSpecial] : value;
         if (isSpecial && c == 0 && strict) return std::nullopt;
-        lf_append(out, isSpecial && c == 0 ? kReplacement : c);
+        utf8::append(isSpecial && c == 0 ? kReplacement : c, std::back_inserter(out));
     }
     return out;
 }

@@ -154,20 +154,31 @@ bool lf_isGood(const std::string& url, const DownloadCheck& check, const std::fi
     return false;
 }
 
+/// Into the open file of the sink. Tells what is wrong.
+bool lf_fetchGood(CURL* handle, const std::string& url, const std::filesystem::path& fetched, Sink& sink,
+                  const DownloadCheck& check) {
+    const CURLcode result = lf_fetch(handle, url, sink);
+    if (result == CURLE_OK) return lf_isGood(url, check, fetched);
+    gf_log(fmt::format("Download error: '{}' for {}", lf_failureText(result, sink), url));
+    sink.file.close();
+    return false;
+}
+
 bool lf_fetchAndReplace(CURL* handle, const std::string& url, const std::filesystem::path& path, Sink& sink,
                         const DownloadCheck& check) {
-    std::filesystem::path temporary = path;
-    temporary += ".part";
-    sink.file.open(temporary, sink.mode);
-    if (!sink.file) {
-        gf_log(fmt::format("Could not open output file: {}", gf_pathToUtf8(path)));
-        return false;
-    }
-    const CURLcode result = lf_fetch(handle, url, sink);
-    if (result != CURLE_OK) gf_log(fmt::format("Download error: '{}' for {}", lf_failureText(result, sink), url));
-    if (result == CURLE_OK && lf_isGood(url, check, temporary)) return gf_replaceFile(temporary, path);
-    sink.file.close();
-    gf_removeIfPresent(temporary);
+    bool isGood = false;
+    const auto fetch = [&](const std::filesystem::path& file, std::error_code& fault) {
+        sink.file.open(file, sink.mode);
+        if (sink.file) {
+            isGood = lf_fetchGood(handle, url, file, sink, check);
+        } else {
+            gf_log(fmt::format("Could not open output file: {}", gf_pathToUtf8(path)));
+        }
+        if (!isGood) fault = std::make_error_code(std::errc::operation_canceled);
+    };
+    std::error_code error;
+    if (gf_makeInPlace(path, fetch, error)) return true;
+    if (isGood) gf_tellWriteFault(path, error);
     return false;
 }
 

@@ -25,6 +25,15 @@ std::optional<fs::path> lf_generationOf(const fs::path& path, const char* zeros)
     return path.parent_path() / generation;
 }
 
+/// A file that is removed in the end if it is still there.
+struct Leftover {
+    fs::path path;
+    ~Leftover() {
+        std::error_code ignored;
+        fs::remove(path, ignored);
+    }
+};
+
 }  // namespace
 
 bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
@@ -35,15 +44,12 @@ bool gf_copyIfExists(const fs::path& source, const fs::path& target) {
         return false;
     }
     if (!exists) return true;
-    // Beside it first: a copy that fails leaves the old file, and not every system copies onto a file that is there.
-    fs::path part = target;
-    part += ".part";
-    fs::remove(part, error);
-    if (!error) fs::copy_file(source, part, error);
-    if (!error) gf_moveOnto(part, target, error);
-    if (!error) return true;
-    std::error_code ignored;
-    fs::remove(part, ignored);
+    // Not every system copies onto a file that is there, nor onto what another copy has left.
+    const auto copy = [&source](const fs::path& file, std::error_code& fault) {
+        fs::remove(file, fault);
+        if (!fault) fs::copy_file(source, file, fault);
+    };
+    if (gf_makeInPlace(target, copy, error)) return true;
     gf_logError(
         fmt::format("copy {} -> {} failed: {}", gf_shownPath(source), gf_shownPath(target), gf_writeFaultText(error)));
     return false;
@@ -69,25 +75,18 @@ void gf_saveUpto3GenerationsOf(const fs::path& path) {
     gf_copyIfExists(path, *first);
 }
 
-bool gf_replaceFile(const fs::path& temporary, const fs::path& path) {
-    std::error_code error;
-    gf_moveOnto(temporary, path, error);
-    if (!error) return true;
-    gf_logError(
-        fmt::format("rename {} -> {} failed: {}", gf_shownPath(temporary), gf_shownPath(path), gf_errorText(error)));
-    fs::remove(temporary, error);
-    return false;
+bool gf_makeInPlace(const fs::path& path, const MakeFile& make, std::error_code& error) {
+    Leftover beside{path};
+    beside.path += ".part";
+    error.clear();
+    make(beside.path, error);
+    if (!error) gf_moveOnto(beside.path, path, error);
+    return !error;
 }
 
 bool gf_writeInPlace(const fs::path& path, std::string_view bytes, std::error_code& error) {
-    fs::path temporary = path;
-    temporary += ".part";
-    gf_writeFile(temporary, bytes, error);
-    if (!error) gf_moveOnto(temporary, path, error);
-    if (!error) return true;
-    std::error_code ignored;
-    fs::remove(temporary, ignored);
-    return false;
+    const auto write = [bytes](const fs::path& file, std::error_code& fault) { gf_writeFile(file, bytes, fault); };
+    return gf_makeInPlace(path, write, error);
 }
 
 std::string gf_writeFaultText(const std::error_code& error) {

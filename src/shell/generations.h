@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -14,11 +15,13 @@ void gf_saveUpto3GenerationsOf(const std::filesystem::path& path);
 /// Copies over an existing target if the source exists; failures are logged. True when copied or there is no source.
 bool gf_copyIfExists(const std::filesystem::path& source, const std::filesystem::path& target);
 
-/// Replaces `path` by the file `temporary` in one step, so that no reader ever sees half of it. False on failure,
-/// which is logged; the temporary file is removed then.
-bool gf_replaceFile(const std::filesystem::path& temporary, const std::filesystem::path& path);
-
-/// Writes beside `path` and then in its place. False with the system's reason: the old file is then as it was.
+/// Writes a file anew; on a failure `error` has the system's reason.
+using MakeFile = std::function<void(const std::filesystem::path& file, std::error_code& error)>;
+/// Lets `make` write a file beside `path` and puts that in its place in one step, so that no reader ever sees half of
+/// it. False with the reason in `error`: the old file is then as it was and nothing lies beside it, no more than when
+/// `make` throws.
+bool gf_makeInPlace(const std::filesystem::path& path, const MakeFile& make, std::error_code& error);
+/// The same for bytes that are there.
 bool gf_writeInPlace(const std::filesystem::path& path, std::string_view bytes, std::error_code& error);
 /// The system's reason for a failed write; of a full disk it tells what helps.
 std::string gf_writeFaultText(const std::error_code& error);

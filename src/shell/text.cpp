@@ -139,6 +139,11 @@ bool gf_isUtf8(std::string_view text) {
 }
 
 std::string gf_quoted(std::string_view text, std::size_t longest) {
+    // Whoever quotes the same endless text again and again must not have all of it looked at each time.
+    constexpr std::size_t kLongestCharacter = 4;
+    if (text.size() > longest && text.size() - longest > kLongestCharacter) {
+        text = text.substr(0, longest + kLongestCharacter);
+    }
     std::string quoted;
     const char* const end = text.data() + text.size();
     const char* bad = utf8::find_invalid(text.data(), end);

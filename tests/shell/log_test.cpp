@@ -273,16 +273,27 @@ TEST(Generations, AFailedCopyIsLogged) {
     EXPECT_THAT(log.logged(), testing::StartsWith("==> copy a.xml -> a0.xml failed: "));
 }
 
-TEST(Generations, AFailedReplacementLeavesNoRest) {
+TEST(Generations, AFileIsReplacedAsAWholeOrStaysWithoutARestBesideIt) {
     const test::LogFolder log;
-    writeFile("new.tmp", "new");
-    writeFile("file.xml", "old");
-    EXPECT_TRUE(gf_replaceFile("new.tmp", "file.xml"));
-    EXPECT_EQ(readFile("file.xml"), "new");
-    writeFile("new.tmp", "new");
-    EXPECT_FALSE(gf_replaceFile("new.tmp", "missing/file.xml"));
-    EXPECT_FALSE(fs::exists("new.tmp"));
-    EXPECT_THAT(log.logged(), testing::StartsWith("==> rename new.tmp -> missing/file.xml failed: "));
+    std::error_code error = std::make_error_code(std::errc::io_error);
+    EXPECT_TRUE(gf_writeInPlace("file.xml", "old", error));
+    EXPECT_FALSE(error);
+    const auto half = [](const fs::path& file, std::error_code& fault) {
+        writeFile(file.string(), "half");
+        fault = std::make_error_code(std::errc::no_space_on_device);
+    };
+    EXPECT_FALSE(gf_makeInPlace("file.xml", half, error));
+    EXPECT_EQ(error, std::errc::no_space_on_device);
+    const auto thrown = [](const fs::path& file, std::error_code&) {
+        writeFile(file.string(), "half");
+        throw std::runtime_error("stopped");
+    };
+    EXPECT_THROW(gf_makeInPlace("file.xml", thrown, error), std::runtime_error);
+    EXPECT_EQ(readFile("file.xml"), "old");
+    fs::create_directories("taken/folder");
+    EXPECT_FALSE(gf_writeInPlace("taken", "new", error));
+    EXPECT_TRUE(error);
+    for (const char* rest : {"file.xml.part", "taken.part"}) EXPECT_FALSE(fs::exists(rest)) << rest;
 }
 
 TEST(TimeText, ShowsUtc) {

@@ -63,6 +63,9 @@ TEST(TextFile, CharsetIsToldByTheFirstBytes) {
         {"\xF4\x90\x80\x80", Charset::ansi},
         {"\xF5\x80\x80\x80", Charset::ansi},
         {"abc\xE2\x82", Charset::ansi},
+        {"half \xED\xA0\x80\xED\xBF\xBF of a pair", Charset::utf8WithoutBom},
+        {"\xED\xA0", Charset::ansi},
+        {"\xED\xA0\x80\xE9", Charset::ansi},
     };
     for (const Row& row : rows) EXPECT_EQ(lf_charsetOf(row.bytes), row.charset) << testing::PrintToString(row.bytes);
 }

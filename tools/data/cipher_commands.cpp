@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "commands.h"
-#include "platform/files.h"
 #include "shell/generations.h"
 #include "shell/text.h"
 
@@ -14,32 +13,32 @@ using namespace hcr;
 
 namespace {
 
+/// The stream says only that it failed; the system has left its reason.
+std::error_code streamFault() {
+    return {errno != 0 ? errno : EIO, std::generic_category()};
+}
+
 /// From file to file. The output takes its place when it is whole; an old one stays when the work fails.
 int transformFile(const CipherArguments& files,
                   void (*transform)(std::istream& in, std::ostream& out, const CipherKey& key)) {
-    std::filesystem::path temporary = files.out;
-    temporary += ".part";
     try {
         std::ifstream in(files.in, std::ios::binary);
         if (!in) throw std::runtime_error("the file can't be read");
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out) throw std::runtime_error(fmt::format("{} can't be written", gf_pathToUtf8(files.out)));
-        transform(in, out, files.key);
-        errno = 0;
-        out.close();
+        const auto make = [&](const std::filesystem::path& file, std::error_code& fault) {
+            errno = 0;
+            std::ofstream out(file, std::ios::binary | std::ios::trunc);
+            if (out) transform(in, out, files.key);
+            if (out) errno = 0;
+            out.close();
+            if (!out) fault = streamFault();
+        };
         std::error_code error;
-        if (!out) error = {errno, std::generic_category()};
-        if (out) gf_moveOnto(temporary, files.out, error);
-        if (!out || error) {
-            throw std::runtime_error(
-                fmt::format("{} can't be written: {}", gf_pathToUtf8(files.out), gf_writeFaultText(error)));
-        }
-        return kExitGood;
+        if (gf_makeInPlace(files.out, make, error)) return kExitGood;
+        fmt::print(stderr, "halcyrane-data: {} can't be written: {}\n", gf_pathToUtf8(files.out),
+                   gf_writeFaultText(error));
     } catch (const std::exception& e) {
         fmt::print(stderr, "halcyrane-data: {}: {}\n", gf_pathToUtf8(files.in), e.what());
     }
-    std::error_code ignored;
-    std::filesystem::remove(temporary, ignored);
     return kExitFailed;
 }
 

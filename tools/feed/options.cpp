@@ -43,7 +43,8 @@ void lf_addCommonOptions(CLI::App& app, FeedOptions& o) {
     lf_addPort(app, "--weather-port", "UDP port of the weather (49004)", o.weatherPort);
     lf_addHost(app, "--control-host", "where the program's control channel listens (as --host)", o.controlHost);
     lf_addPort(app, "--control-port", "its TCP port (10747)", o.controlPort);
-    app.add_flag_callback("--no-control", [&o] { o.control = false; }, "don't connect to it");
+    app.add_flag_callback(
+        "--no-control", [&o] { o.control = false; }, "don't connect to it");
     app.add_option("--version", o.version, "version that is told when it is asked for (10.0.240)");
     gf_addNumber(app, "--seconds", "N", "end after N seconds", 0, kLongestRunSeconds, o.seconds);
     gf_addNumber(app, "--speed", "X", "X times as fast", 0.01, kHighestSpeed, o.speed);

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <fstream>
 #include <stdexcept>
 #include <utility>
 
@@ -24,6 +23,7 @@
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/random.h"
+#include "shell/text_files.h"
 #include "shell/window_state.h"
 #include "sim/flight_plan.h"
 #include "sim/session.h"
@@ -58,12 +58,12 @@ void lf_startFlight() {
 
 /// One livery of no airline for each type, so that each aircraft finds one.
 void lf_writeGenericLiveries() {
-    std::ofstream file(gFiles().liveriesScanned, std::ios::binary | std::ios::trunc);
-    file << "<root><liveries>\n";
+    std::string liveries;
     for (const std::string& type : aircraftTypes) {
-        file << fmt::format("<liv airl=\"ZZZ\" type=\"{0}\" title=\"Replay {0}\"/>\n", type);
+        liveries += fmt::format("<liv airl=\"ZZZ\" type=\"{0}\" title=\"Replay {0}\"/>\n", type);
     }
-    file << "</liveries></root>\n";
+    gf_writeTextFile(fmt::format("<root><liveries>\n{}</liveries></root>\n", liveries), gFiles().liveriesScanned,
+                     false);
 }
 
 }  // namespace

@@ -105,16 +105,16 @@ TEST(System, APathIsMadeAbsoluteAsTheSystemMeansIt) {
 
 TEST(System, AFileThatSomebodyHoldsIsKept) {
     const test::TempFolder folder;
-    const fs::path held = folder.path / "held.xml", part = folder.path / "held.xml.new";
+    const fs::path held = folder.path / "held.xml";
     test::writeFile(held, "old");
-    test::writeFile(part, "new");
     const HANDLE file = CreateFileW(held.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    EXPECT_FALSE(gf_replaceFile(part, held));
+    std::error_code error;
+    EXPECT_FALSE(gf_writeInPlace(held, "new", error));
+    EXPECT_TRUE(error);
     CloseHandle(file);
     EXPECT_EQ(test::readFile(held), "old");
-    EXPECT_FALSE(fs::exists(part));
-    test::writeFile(part, "new");
-    EXPECT_TRUE(gf_replaceFile(part, held));
+    EXPECT_FALSE(fs::exists(folder.path / "held.xml.part"));
+    EXPECT_TRUE(gf_writeInPlace(held, "new", error));
     EXPECT_EQ(test::readFile(held), "new");
 }

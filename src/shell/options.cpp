@@ -54,6 +54,7 @@ f64 gf_boundedNumber(std::string_view name, std::string_view text, const NumberB
 }
 
 void gf_prepareOptions(CLI::App& app) {
+    app.allow_windows_style_options(false);  // a path may begin with a slash on every system
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.get_formatter()->column_width(kHelpColumn);
     app.set_help_flag("-h,--help", "this text");

@@ -94,6 +94,17 @@ TEST_P(AfterAGap, NobodyRushesAndTheSkyFillsAgain) {
     }
 }
 
+TEST(Gap, WhatWasReceivedBeforeALongOneIsDropped) {
+    for (const f64 seconds : {4.0, 6.0}) {
+        World world;
+        ASSERT_TRUE(world.run(1));
+        world.line(FeedLine{}.text());
+        gf_turnClock(static_cast<i64>(seconds * 1e6));
+        world.cycle();
+        EXPECT_EQ(gLiveAcs.size(), seconds < 5 ? 1U : 0U) << seconds;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(System, AfterAGap,
                          testing::Values(GapCase{"Pause20s", Gap::pausedFlight, 20},
                                          GapCase{"Pause2min", Gap::pausedFlight, 120},

@@ -56,9 +56,7 @@ struct LargeInstallation {
     LargeInstallation(const LargeInstallation&) = delete;
     LargeInstallation& operator=(const LargeInstallation&) = delete;
 
-    int below(int n) {
-        return static_cast<int>(random() % static_cast<u32>(n));
-    }
+    int below(int n) { return static_cast<int>(random() % static_cast<u32>(n)); }
 
     static std::string listOf(int from, int to) {
         std::string list;
@@ -104,9 +102,7 @@ struct LargeInstallation {
         file.print("  </liveries>\n</root>\n");
     }
 
-    void writeRegcodes() {
-        writeWhole("<root><AIG-regcodes/></root>");
-    }
+    void writeRegcodes() { writeWhole("<root><AIG-regcodes/></root>"); }
 
     void writeWhole(const char* text) {
         fmt::output_file("regcodes.xml").print("{}", text);

@@ -122,9 +122,8 @@ int lf_start(hcr::CommandLine commandLine) {
     lf_chooseSimulator(commandLine);
     hcr::gf_setFeedPorts(commandLine.trafficPort, commandLine.weatherPort);
     hcr::gProduction = commandLine.production;
-    const int code = hcr::gf_runHeadless({.tableSeconds = commandLine.tableSeconds,
-                                          .seconds = commandLine.seconds,
-                                          .alerts = !commandLine.headless});
+    const int code = hcr::gf_runHeadless(
+        {.tableSeconds = commandLine.tableSeconds, .seconds = commandLine.seconds, .alerts = !commandLine.headless});
     hcr::gf_stopSandbox();
     if (!hcr::gf_awaitScanWorkers()) hcr::gf_leaveProcess(code);
     return code;

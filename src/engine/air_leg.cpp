@@ -6,33 +6,33 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
+#include "core/model/park_state.h"
 #include "core/model/run_state.h"
 #include "engine/ground.h"
 #include "engine/landing.h"
 #include "engine/leg.h"
-#include "core/model/park_state.h"
 #include "sim/aircraft.h"
 
 namespace hcr {
 namespace {
 
-constexpr f64 kSpeedOnFinal = 100;       // knots, for an approach whose speed isn't known
-constexpr f64 kHighAgl = 1000;           // feet; a take-off here doesn't sink before it is above
-constexpr f64 kNeverSinkAgl = 100;       // feet; nobody sinks below without landing
-constexpr f64 kLowestClimbPerCs = 0.2;   // feet per cs, about 1200 feet per minute
+constexpr f64 kSpeedOnFinal = 100;          // knots, for an approach whose speed isn't known
+constexpr f64 kHighAgl = 1000;              // feet; a take-off here doesn't sink before it is above
+constexpr f64 kNeverSinkAgl = 100;          // feet; nobody sinks below without landing
+constexpr f64 kLowestClimbPerCs = 0.2;      // feet per cs, about 1200 feet per minute
 constexpr f64 kMostAhead = 45 * kDegToRad;  // so far the nose may point off the leg towards the next one
-constexpr f64 kCatchUp = 0.1;           // share of a delay that is made good in one leg ...
-constexpr f64 kCatchUpMost = 0.03;       // ... and of the leg's time that this may take ...
-constexpr f64 kCatchUpMostLate = 0.1;    // ... while the aircraft is so late that it was seen to turn back or wait
+constexpr f64 kCatchUp = 0.1;               // share of a delay that is made good in one leg ...
+constexpr f64 kCatchUpMost = 0.03;          // ... and of the leg's time that this may take ...
+constexpr f64 kCatchUpMostLate = 0.1;       // ... while the aircraft is so late that it was seen to turn back or wait
 constexpr f64 kVeryLateCs = 1000;
-constexpr f64 kSharpCorner = 20 * kDegToRad;  // from here on a turn isn't spread over the whole leg
-constexpr f64 kCornerRate = 6 * kDegToRad / 100;  // radians per cs of such a turn
-constexpr f64 kLongLegs = 1.25;          // only a leg so many times as long as the turn is split
+constexpr f64 kSharpCorner = 20 * kDegToRad;        // from here on a turn isn't spread over the whole leg
+constexpr f64 kCornerRate = 6 * kDegToRad / 100;    // radians per cs of such a turn
+constexpr f64 kLongLegs = 1.25;                     // only a leg so many times as long as the turn is split
 constexpr f64 kFastestTurn = 15 * kDegToRad / 100;  // radians per cs; on a very short leg the nose doesn't snap round
-constexpr f64 kShortestReplanCs = 100;   // what is left of a leg for a turn of which the report comes in its midst
-constexpr f64 kRateMargin = 1.2;         // a reported climb or descent is followed so much faster than it is told
+constexpr f64 kShortestReplanCs = 100;  // what is left of a leg for a turn of which the report comes in its midst
+constexpr f64 kRateMargin = 1.2;        // a reported climb or descent is followed so much faster than it is told
 constexpr f64 kLowestSinkPerCs = -5000 / 6000.0;  // feet per cs, when no steeper descent is told
-constexpr f64 kNoLongerSinkingVs = 100;  // feet per minute
+constexpr f64 kNoLongerSinkingVs = 100;           // feet per minute
 constexpr f64 kTicksPerMinute = 6000;
 constexpr f64 kLandingVs = -601;  // feet per minute
 constexpr f64 kShortFinalVs = -600;

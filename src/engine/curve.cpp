@@ -5,7 +5,6 @@
 
 #include "engine/leg.h"
 
-
 namespace hcr {
 namespace {
 

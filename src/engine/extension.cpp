@@ -6,13 +6,13 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
+#include "core/model/park_state.h"
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/ground.h"
 #include "engine/holding.h"
 #include "engine/leg.h"
-#include "core/model/park_state.h"
 #include "shell/parameters.h"
 #include "sim/session.h"
 
@@ -22,10 +22,10 @@ namespace {
 constexpr i32 kStepsInAir = 8, kStepsOnGround = 10, kStepsParked = 1;
 constexpr i32 kLegInAirS = 8, kLegOnGroundS = 3;
 constexpr i32 kLongestBlindCs = 12000;  // what is told without news for longer isn't believed to fly any more
-constexpr i32 kStepsToReport = 5;  // more than the 30 seconds between a report and its playing
-constexpr i32 kLegParkedS = 604800;  // a week: a parked aircraft stays
-constexpr f64 kRangeMarginNm = 0.5;  // who is lost at the edge of the range has left it
-constexpr f64 kNearGroundFt = 1000;  // with traffic in the air only, nobody is extended towards the runway
+constexpr i32 kStepsToReport = 5;       // more than the 30 seconds between a report and its playing
+constexpr i32 kLegParkedS = 604800;     // a week: a parked aircraft stays
+constexpr f64 kRangeMarginNm = 0.5;     // who is lost at the edge of the range has left it
+constexpr f64 kNearGroundFt = 1000;     // with traffic in the air only, nobody is extended towards the runway
 constexpr f64 kSlowDownInAir = 0.95, kSlowDownOnFinal = 0.9;
 constexpr f64 kSlowestKt = 1.0;
 constexpr i32 kFinalSlowsFromStep = 4;

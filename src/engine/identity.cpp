@@ -5,13 +5,13 @@
 #include <utility>
 
 #include "core/model/labels.h"
+#include "core/model/park_state.h"
 #include "engine/conflicts.h"
 #include "engine/leg.h"
 #include "engine/reappearance.h"
 #include "liveries/dbase.h"
 #include "liveries/matching.h"
 #include "parking/learned.h"
-#include "core/model/park_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 

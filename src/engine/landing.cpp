@@ -4,9 +4,9 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
+#include "core/model/park_state.h"
 #include "core/model/tables.h"
 #include "engine/leg.h"
-#include "core/model/park_state.h"
 #include "sim/aircraft.h"
 
 namespace hcr {

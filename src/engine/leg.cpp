@@ -24,8 +24,8 @@ constexpr i32 kCatchUpFactor = 2;  // so many times faster than reported flies w
 constexpr i32 kLatestCs = 3000;    // ... but not for ever
 constexpr i32 kRaisedLimitCs = 3000, kTakeOffLateCs = 5000;
 
-/// The latest moment at which S2 may be reached. Who is later than that already hurries, at twice its speed, rather than
-/// leaping there.
+/// The latest moment at which S2 may be reached. Who is later than that already hurries, at twice its speed, rather
+/// than leaping there.
 i64 lf_latest(const LiveAc& ac, const PosSample& s2, i64 hurrying) {
     const i64 latest = i64{s2.time} + ac.maxLate;
     if (hurrying <= latest) return latest;

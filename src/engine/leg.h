@@ -4,8 +4,8 @@
 
 namespace hcr {
 
-// The tools of leg planning: S1 is the front of the stream, the sample last reached, S2 the one that is flown to, S3 the
-// one behind it. Run thread.
+// The tools of leg planning: S1 is the front of the stream, the sample last reached, S2 the one that is flown to, S3
+// the one behind it. Run thread.
 
 /// Time left to S2 in cs, at least 25.
 f64 legTicksLeft(const LiveAc& ac);

@@ -8,13 +8,13 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/geo.h"
 #include "core/model/labels.h"
+#include "core/model/park_state.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/extension.h"
 #include "engine/identity.h"
 #include "engine/intake.h"
 #include "liveries/dbase.h"
-#include "core/model/park_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/random.h"
@@ -26,8 +26,8 @@ namespace {
 
 constexpr f64 kJumpFactor = 10, kJumpFromKt = 5, kJumpToKt = 80;
 constexpr f64 kFastKt = 120, kSlowKt = 30;  // between them every report counts
-constexpr f64 kNewerS = 1;                   // a report less than this newer than the last is the same one
-constexpr f64 kDoubtS = 30;                  // a doubtful speed that is told again within this time is believed
+constexpr f64 kNewerS = 1;                  // a report less than this newer than the last is the same one
+constexpr f64 kDoubtS = 30;                 // a doubtful speed that is told again within this time is believed
 constexpr f64 kStraightDegAir = 1, kStraightDegGround = 2;
 constexpr f64 kLeastAirNm = 0.2429805615550756;       // 450 m
 constexpr f64 kLeastGroundNm = 0.010799136069114472;  // 20 m

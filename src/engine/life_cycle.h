@@ -4,7 +4,8 @@
 
 namespace hcr {
 
-/// How a report becomes a record or updates one. Run thread. One report taken from gReports. Exceptions of the following are passed on.
+/// How a report becomes a record or updates one. Run thread. One report taken from gReports. Exceptions of the
+/// following are passed on.
 void gf_decodeReport(TrafficReport& report);
 
 }  // namespace hcr

@@ -29,14 +29,14 @@ constexpr i32 kRetreats = 3;
 constexpr f64 kRetreatSpans = 0.5;
 constexpr i32 kWeekCs = 60480000;  // the extension of a parked aircraft
 constexpr i32 kTurnaroundHeavyCs = 360000, kTurnaroundLargeCs = 150000, kTurnaroundBuzjetCs = 90000;
-constexpr i32 kTurnStepS = 3;                // a turn back to the reports is flown in steps of so many seconds ...
+constexpr i32 kTurnStepS = 3;  // a turn back to the reports is flown in steps of so many seconds ...
 // ... and so many degrees, at standard rate, or at more for a sample that lies inside of the circle
 constexpr std::array kTurnStepsRad = {9 * kDegToRad, 18 * kDegToRad, 36 * kDegToRad};
-constexpr f64 kBehindDeg = 100;              // a report this far off the heading lies behind
+constexpr f64 kBehindDeg = 100;  // a report this far off the heading lies behind
 constexpr f64 kSameWayRad = 45 * kDegToRad;
-constexpr f64 kLongestTurn = 2.5;            // times the angle at its begin, since the sample moves aside meanwhile
-constexpr f64 kLeastTurnKt = 60;             // who is slower turns on the spot
-constexpr i32 kTurnLateCs = 3000;            // what the turn may cost in time; the limit falls back leg by leg
+constexpr f64 kLongestTurn = 2.5;  // times the angle at its begin, since the sample moves aside meanwhile
+constexpr f64 kLeastTurnKt = 60;   // who is slower turns on the spot
+constexpr i32 kTurnLateCs = 3000;  // what the turn may cost in time; the limit falls back leg by leg
 constexpr f64 kBesideDeg = 90, kBackwardsDeg = 150;
 constexpr f64 kRunwaySpeedKt = 40;  // a landed aircraft faster than this doesn't speed up
 
@@ -173,8 +173,8 @@ bool lf_reportEmpty(const char* operation) {
     return false;
 }
 
-/// Adds the points of a turn of so many radians a step until the sample lies ahead. False, and none, when it lies inside
-/// of the circle.
+/// Adds the points of a turn of so many radians a step until the sample lies ahead. False, and none, when it lies
+/// inside of the circle.
 bool lf_addTurn(LiveAc& ac, const PosSample& sample, f64 stepRad) {
     PosSample point = ac.stream.front();
     const auto toSample = [&point, &sample] { return bearingRad(point.lat, point.lon, sample.lat, sample.lon); };

@@ -4,8 +4,8 @@
 
 namespace hcr {
 
-// How a report is judged against what the aircraft is doing at this moment. Run thread. True: the sample goes on into the
-// stream.
+// How a report is judged against what the aircraft is doing at this moment. Run thread. True: the sample goes on into
+// the stream.
 
 bool checkExtendingSituations(LiveAc& ac, PosSample& sample);
 bool checkNewPosDuringLanding(LiveAc& ac, PosSample& sample);

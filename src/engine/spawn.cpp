@@ -32,9 +32,9 @@ constexpr i32 kLeadCs = 100;
 constexpr std::size_t kBusyQueue = 10;  // with more creations under way a newcomer waits, with a fresh first sample
 constexpr i32 kUntilActiveCs = 200;     // from the call that creates an aircraft until it follows its path
 constexpr i32 kBetweenCreationsCs = 50;
-constexpr i32 kExchangeCs = 100;        // a far aircraft makes room for a near one at most once in this time ...
-constexpr i32 kShownAtLeastCs = 1000;   // ... and never one that has just come
-constexpr f64 kNearerByNm = 0.1;        // who takes another's place is nearer by more than this
+constexpr i32 kExchangeCs = 100;       // a far aircraft makes room for a near one at most once in this time ...
+constexpr i32 kShownAtLeastCs = 1000;  // ... and never one that has just come
+constexpr f64 kNearerByNm = 0.1;       // who takes another's place is nearer by more than this
 constexpr std::size_t kLongestCallsign = 8;
 constexpr f64 kGroundSpawnPitch = 0.010471975511965976;  // 0.6 degrees nose down
 

@@ -9,9 +9,9 @@
 
 #ifdef __SSE2__
 #include <emmintrin.h>
+#endif
 
 #include "shell/text.h"
-#endif
 
 namespace hcr {
 namespace {
@@ -87,22 +87,41 @@ std::optional<f64> lf_shortNumber(const char* at, std::size_t length) {
 }
 #endif
 
+constexpr std::size_t kBlock = 64;
+
 // A bit for each of up to 64 characters, the first in the lowest: set for a comma.
 u64 lf_commas(const char* characters, std::size_t count) {
     u64 commas = 0;
-    std::size_t at = 0;
+    for (std::size_t at = 0; at < count; ++at) commas |= u64{characters[at] == ','} << at;
+    return commas;
+}
+
 #ifdef __SSE2__
+// The same for a whole block.
+u64 lf_commas(const char* characters) {
     constexpr std::size_t kVector = sizeof(__m128i);
     const __m128i comma = _mm_set1_epi8(',');
-    for (; at + kVector <= count; at += kVector) {
+    u64 commas = 0;
+    for (std::size_t at = 0; at < kBlock; at += kVector) {
         __m128i bytes;
         std::memcpy(&bytes, characters + at, sizeof bytes);
         commas |= u64{static_cast<u32>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, comma)))} << at;
     }
-#endif
-    for (; at < count; ++at) commas |= u64{characters[at] == ','} << at;
     return commas;
 }
+
+// The commas of the block at `at`; the last one is read as the 64 characters up to the end.
+u64 lf_commasAt(std::string_view text, std::size_t at) {
+    const std::size_t left = text.size() - at;
+    if (left >= kBlock) return lf_commas(text.data() + at);
+    if (text.size() < kBlock) return lf_commas(text.data() + at, left);
+    return lf_commas(text.data() + text.size() - kBlock) >> (kBlock - left);
+}
+#else
+u64 lf_commasAt(std::string_view text, std::size_t at) {
+    return lf_commas(text.data() + at, std::min(kBlock, text.size() - at));
+}
+#endif
 
 bool lf_isControl(char c) {
     constexpr char kDelete = 0x7F;
@@ -151,26 +170,31 @@ bool gf_holdsControls(std::string_view text) {
         return _mm_movemask_epi8(high) != 0 && lf_holdsUpperControls(text);
     }
 #endif
-    return std::any_of(text.begin(), text.end(), lf_isControl) || lf_holdsUpperControls(text);
+    u8 high = 0;
+    for (const char c : text) {
+        if (lf_isControl(c)) return true;
+        high |= static_cast<u8>(c);
+    }
+    return (high & 0x80) != 0 && lf_holdsUpperControls(text);
 }
 
 // Finds the commas of 64 characters at once, without a decision that depends on them: a search for each one, a comma
 // every five characters, costs three times as much. What stands behind the last field that is used isn't looked at.
 void gf_splitFields(std::string_view text, std::size_t highestCount, std::vector<std::string_view>& fields) {
-    constexpr std::size_t kBlock = 64;
     const char* const data = text.data();
-    std::size_t begin = 0, count = 0;
     fields.resize(highestCount);
-    for (std::size_t at = 0; at < text.size() && count < highestCount; at += kBlock) {
-        u64 commas = lf_commas(data + at, std::min(kBlock, text.size() - at));
-        for (; commas != 0 && count < highestCount; commas &= commas - 1) {
+    std::string_view* field = fields.data();
+    const std::string_view* const end = field + highestCount;
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < text.size() && field != end; at += kBlock) {
+        for (u64 commas = lf_commasAt(text, at); commas != 0 && field != end; commas &= commas - 1) {
             const std::size_t comma = at + static_cast<std::size_t>(std::countr_zero(commas));
-            fields[count++] = std::string_view(data + begin, comma - begin);
+            *field++ = std::string_view(data + begin, comma - begin);
             begin = comma + 1;
         }
     }
-    if (count < highestCount) fields[count++] = std::string_view(data + begin, text.size() - begin);
-    fields.resize(count);
+    if (field != end) *field++ = text.substr(begin);
+    fields.resize(static_cast<std::size_t>(field - fields.data()));
 }
 
 }  // namespace hcr

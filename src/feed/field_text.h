@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "platform/types.h"
@@ -17,6 +19,12 @@ namespace hcr {
 constexpr u64 gf_shortText(std::string_view text) {
     u64 word = 0;
     if (text.size() > sizeof word) return 0;
+    if (!std::is_constant_evaluated() && text.size() >= sizeof(u32)) {  // two halves that may overlap, and no loop
+        u32 low = 0, high = 0;
+        std::memcpy(&low, text.data(), sizeof low);
+        std::memcpy(&high, text.data() + text.size() - sizeof high, sizeof high);
+        return low | u64{high} << (8 * (text.size() - sizeof high));
+    }
     for (std::size_t i = 0; i < text.size(); ++i) word |= u64{static_cast<unsigned char>(text[i])} << (8 * i);
     return word;
 }
@@ -30,8 +38,8 @@ inline std::string_view gf_fieldText(std::string_view field) {
 /// finite. `textEnd` is where the line ends that holds the field: bytes up to there are looked at.
 std::optional<f64> gf_fieldNumber(std::string_view field, const char* textEnd);
 
-/// Whether a control character stands in the text, those of the upper range (U+0080 to U+009F) too, or bytes that are no
-/// UTF-8: a terminal may be steered by either.
+/// Whether a control character stands in the text, those of the upper range (U+0080 to U+009F) too, or bytes that are
+/// no UTF-8: a terminal may be steered by either.
 bool gf_holdsControls(std::string_view text);
 
 /// The fields of a text between its commas, as views into it; at most `highestCount`, what follows is left out.

@@ -178,8 +178,7 @@ bool lf_takePosition(DecodedLine& line) {
 bool lf_nearUser(DecodedLine& line) {
     const TrafficReader& reader = line.reader;
     const PosSample& s = line.sample;
-    return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= gRangeNm ||
-           lf_drop(line, LineDrop::outOfRange);
+    return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= gRangeNm || lf_drop(line, LineDrop::outOfRange);
 }
 
 bool lf_takeRegistration(DecodedLine& line) {

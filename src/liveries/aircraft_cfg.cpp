@@ -16,9 +16,7 @@ struct Worker {
     Worker() = default;
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
-    ~Worker() {
-        --scanThreadsActive;
-    }
+    ~Worker() { --scanThreadsActive; }
 };
 
 }  // namespace

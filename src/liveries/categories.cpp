@@ -5,11 +5,11 @@
 #include "core/model/aircraft_class.h"
 #include "liveries/dbase.h"
 #include "liveries/livery_tables.h"
+#include "shell/controls.h"
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 
 namespace hcr {
 namespace {

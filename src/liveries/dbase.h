@@ -24,14 +24,14 @@ struct AirportList {
 };
 
 extern TextOrderedSet aircraftTypes, cargoTypes, icaoAirlines, cargoOperators, simAddons20;
-extern std::array<TextOrderedSet, 6> gClassTypes;   ///< by class; class 0 stays empty
+extern std::array<TextOrderedSet, 6> gClassTypes;  ///< by class; class 0 stays empty
 extern std::vector<std::vector<std::string>> similarGroups, publisherGroups;
 extern std::map<std::string, f64, std::less<>> halfSpans;  ///< nautical miles
 extern std::array<f64, 6> classHalfSpan;
 extern f64 maxHalfSpan;
 extern TextMap<std::string> typeFixes;
 extern std::vector<AirportList> thirdParties20, thirdParties24;
-extern RegistrationTable dbaseRecords;  ///< the real airframes
+extern RegistrationTable dbaseRecords;                  ///< the real airframes
 extern TextMap<std::vector<std::string>> similarTypes;  ///< type to types with a generic livery
 
 /// False if the file couldn't be parsed; throws std::runtime_error when it is missing or can't be deciphered, and

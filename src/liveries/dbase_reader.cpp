@@ -213,9 +213,7 @@ struct PlainFile {
     explicit PlainFile(const std::filesystem::path& plainPath) : path(plainPath) {}
     PlainFile(const PlainFile&) = delete;
     PlainFile& operator=(const PlainFile&) = delete;
-    ~PlainFile() {
-        gf_removeIfPresent(path);
-    }
+    ~PlainFile() { gf_removeIfPresent(path); }
 
     /// Nothing if it can't be read.
     std::optional<std::string> text() const {

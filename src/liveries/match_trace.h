@@ -28,15 +28,15 @@ inline constexpr i32 kNoMatchStep = -1;
 enum class MatchTable { registrations, airlines, generics };
 
 enum class MatchVerdict {
-    nothingThere,    ///< the table doesn't have the key
+    nothingThere,  ///< the table doesn't have the key
     taken,
     refused,         ///< the simulator has refused the title that was drawn; the search went on
     noRegistration,  ///< from here on there was no lookup: the aircraft has no registration
     noAirline,
-    noStandIn,       ///< no similar type serves
-    otherClass,      ///< the similar type is of another class
-    tooShallow,      ///< MATCHING_DEPTH ends before this step
-    ownPaintOnly,    ///< aircraft of this class wear no other operator's paint
+    noStandIn,     ///< no similar type serves
+    otherClass,    ///< the similar type is of another class
+    tooShallow,    ///< MATCHING_DEPTH ends before this step
+    ownPaintOnly,  ///< aircraft of this class wear no other operator's paint
 };
 
 struct MatchCandidate {

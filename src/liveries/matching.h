@@ -14,11 +14,11 @@ namespace hcr {
 
 // Which installed livery an aircraft gets. Run thread.
 
-extern TextSet failedTitles;    ///< titles that the simulator refused to create
-extern TextSet failedModels;    ///< "type airline" of refused creations
+extern TextSet failedTitles;                                          ///< titles that the simulator refused to create
+extern TextSet failedModels;                                          ///< "type airline" of refused creations
 extern std::unordered_map<u32, std::string_view> rememberedLiveries;  ///< hexid to title of this session
-extern TextSet noMatchAircraft;  ///< see gf_noMatchText
-extern std::array<i32, 7> matchSteps;  ///< live matches by step, see matching.cpp
+extern TextSet noMatchAircraft;                                       ///< see gf_noMatchText
+extern std::array<i32, 7> matchSteps;                                 ///< live matches by step, see matching.cpp
 
 /// Finds a livery for an aircraft that has no title: sets ac.liveryTitle, which stays empty when nothing fits, and
 /// ac.fsltlModel.

@@ -45,9 +45,7 @@ struct RegistrationTable {
     /// Position of a registration in the order of the table, TextIndex::kNone if it isn't there.
     u32 positionOf(std::string_view registration) const;
     std::string_view registration(u32 position) const;
-    std::size_t size() const {
-        return entries.size();
-    }
+    std::size_t size() const { return entries.size(); }
     /// Makes room for `count` registrations of `textBytes` altogether.
     void reserve(std::size_t count, std::size_t textBytes);
     /// Gives back the room that wasn't needed.

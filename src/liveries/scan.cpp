@@ -16,6 +16,7 @@
 #include "platform/clock.h"
 #include "platform/system.h"
 #include "scenery/install.h"
+#include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/messages.h"
@@ -23,7 +24,6 @@
 #include "shell/run_stop.h"
 #include "shell/settings.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {
@@ -40,12 +40,8 @@ constexpr i64 kLookAroundMs = 50;
 
 /// The choice of packages can't be changed while they are scanned.
 struct SelectorLock {
-    SelectorLock() {
-        gf_enableControl(AI_PACKAGE_SELECTOR, false);
-    }
-    ~SelectorLock() {
-        gf_enableControl(AI_PACKAGE_SELECTOR, true);
-    }
+    SelectorLock() { gf_enableControl(AI_PACKAGE_SELECTOR, false); }
+    ~SelectorLock() { gf_enableControl(AI_PACKAGE_SELECTOR, true); }
     SelectorLock(const SelectorLock&) = delete;
     SelectorLock& operator=(const SelectorLock&) = delete;
 };

@@ -22,7 +22,7 @@ constexpr std::string_view kConverterCopies = "_CVT_";
 
 /// How a package is known in the Community folder.
 struct PackageSearch {
-    std::string_view word;        ///< as AI_PACKAGE_SELECTOR has it
+    std::string_view word;  ///< as AI_PACKAGE_SELECTOR has it
     std::string_view shown;
     std::string_view name, otherName;  ///< its folder's name holds one of these; the second may be empty
 };

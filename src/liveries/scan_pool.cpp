@@ -32,9 +32,7 @@ struct LeftBehind {
         workers.clear();
         queues.clear();
     }
-    ~LeftBehind() {
-        join();
-    }
+    ~LeftBehind() { join(); }
 };
 LeftBehind gLeftBehind;
 

@@ -4,8 +4,8 @@
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "shell/parameters.h"
 #include "shell/controls.h"
+#include "shell/parameters.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 

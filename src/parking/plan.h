@@ -9,7 +9,7 @@ namespace hcr {
 
 // The static parking. Without a park airport its tick has nothing to do.
 
-extern std::atomic<i32> gMaxParked;  ///< wanted number of parked aircraft, static and live together
+extern std::atomic<i32> gMaxParked;        ///< wanted number of parked aircraft, static and live together
 extern std::atomic<bool> gRenewalRunning;  ///< the plan is being carried out; the window reads it
 constexpr i32 kMinutesBetweenRenewals = 20;
 inline i32 gRenewalMinutes = kMinutesBetweenRenewals;  ///< minutes to the next renewal, counted down by the tick

@@ -10,9 +10,7 @@ namespace hcr {
 struct Library {
     void* handle = nullptr;
     std::filesystem::path file;  ///< from which it was loaded, as far as the system tells
-    bool loaded() const {
-        return handle != nullptr;
-    }
+    bool loaded() const { return handle != nullptr; }
 };
 
 /// Why a library couldn't be loaded, in words for the user.

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "platform/system.h"
+#include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/messages.h"
@@ -16,7 +17,6 @@
 #include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/text_files.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {

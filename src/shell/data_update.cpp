@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "shell/controls.h"
 #include "shell/download.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -15,7 +16,6 @@
 #include "shell/program_update.h"
 #include "shell/run_stop.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 
 namespace fs = std::filesystem;
 

@@ -103,9 +103,7 @@ void lf_setOptions(CURL* handle, const std::string& url, Sink& sink) {
 }
 
 struct MultiCloser {
-    void operator()(CURLM* transfers) const {
-        curl_multi_cleanup(transfers);
-    }
+    void operator()(CURLM* transfers) const { curl_multi_cleanup(transfers); }
 };
 
 CURLcode lf_resultOf(CURLM* transfers) {

@@ -33,9 +33,7 @@ struct DownloadLimits {
 extern DownloadLimits gDownloadLimits;
 
 struct CurlCloser {
-    void operator()(CURL* handle) const {
-        curl_easy_cleanup(handle);
-    }
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
 };
 using CurlHandle = std::unique_ptr<CURL, CurlCloser>;
 /// A new handle, null when the library can't give one.

@@ -11,8 +11,8 @@ struct FileNames {
     std::filesystem::path mySimaddon, myThirdparty, learned, myParkAirports;
     std::filesystem::path learnedStock, learnedSimaddon, learnedThirdparty;
     std::filesystem::path info, errors, liveriesScanned;
-    std::filesystem::path dbaseEnc, dbaseXml, aigEnc, aigXml, airportsEnc, airportsXml, airportsMsfs,
-        airportsMsfsNames, myRegcodes;
+    std::filesystem::path dbaseEnc, dbaseXml, aigEnc, aigXml, airportsEnc, airportsXml, airportsMsfs, airportsMsfsNames,
+        myRegcodes;
     std::filesystem::path airportsScanLog, noFltsimSection, registrationCodeConversions, airlineModelConversions,
         myMultRegcodes, offlineRegcodes;
     std::filesystem::path inlineRegcodes, invalidAirlines, invalidTypes, fixes, invalidFiles, incompleteSections;

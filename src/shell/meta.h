@@ -11,9 +11,9 @@ namespace hcr {
 /// The block at the head of a data file that tells who wrote it, when, and for which simulator.
 struct MetaInfo {
     std::string author, version, date;
-    std::string formerSim;   ///< text of a former simulator family, empty for MSFS
-    std::string msfs;        ///< "2020", "2024" or empty
-    i32 sim = -1;            ///< 1 MSFS 2020, 2 MSFS 2024, 3 a former family, -1 none given
+    std::string formerSim;  ///< text of a former simulator family, empty for MSFS
+    std::string msfs;       ///< "2020", "2024" or empty
+    i32 sim = -1;           ///< 1 MSFS 2020, 2 MSFS 2024, 3 a former family, -1 none given
 
     void setSim(i32 code);
 };

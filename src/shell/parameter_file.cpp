@@ -6,12 +6,12 @@
 #include <mutex>
 #include <system_error>
 
+#include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/generations.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 #include "shell/xml.h"
 
 namespace hcr {

@@ -62,9 +62,9 @@ struct StringParameter : Parameter {
 struct ParameterControl {
     ParameterControl(u16 id) : controlId(id) {}  // NOLINT: an id is all there is at first
     u16 controlId;
-    i32 y = 0;                         ///< pixels
-    void* window = nullptr;            ///< handle of the control, null until it exists
-    std::atomic<bool> enabled{true};   ///< what gf_enableControl asked for
+    i32 y = 0;                        ///< pixels
+    void* window = nullptr;           ///< handle of the control, null until it exists
+    std::atomic<bool> enabled{true};  ///< what gf_enableControl asked for
 };
 
 struct CheckBox : BoolParameter, ParameterControl {
@@ -117,12 +117,12 @@ extern ButtonControl gTbloButton, gUnblockButton, gCallsignListButton, gBlockBut
 
 /// The six ordered lists that fix the order of the items in a new file.
 struct ParameterLists {
-    std::vector<BoolParameter*> bools;            ///< 1: without a control
-    std::vector<CheckBox*> checkBoxes;            ///< 2
-    std::vector<IntParameter*> ints;              ///< 3: without a control
-    std::vector<NumberChoice*> numberChoices;     ///< 4
-    std::vector<StringParameter*> strings;        ///< 5
-    std::vector<StringParameter*> shownStrings;   ///< 6: their control's text is shown again after reading
+    std::vector<BoolParameter*> bools;           ///< 1: without a control
+    std::vector<CheckBox*> checkBoxes;           ///< 2
+    std::vector<IntParameter*> ints;             ///< 3: without a control
+    std::vector<NumberChoice*> numberChoices;    ///< 4
+    std::vector<StringParameter*> strings;       ///< 5
+    std::vector<StringParameter*> shownStrings;  ///< 6: their control's text is shown again after reading
 };
 const ParameterLists& gf_parameterLists();
 /// Every parameter back to its default; for tests.

@@ -24,8 +24,7 @@ void gf_requestStop(ExitReason reason, i32 restartSeconds) {
         return;
     }
     // Who is shown an error may put it right: that takes the error's place.
-    const bool corrects =
-        reason == ExitReason::newSettings && gExitReason == ExitReason::systemError && !gUserStop;
+    const bool corrects = reason == ExitReason::newSettings && gExitReason == ExitReason::systemError && !gUserStop;
     if (gStop && !corrects) return;
     gRestartSeconds = restartSeconds;
     gExitReason = reason;

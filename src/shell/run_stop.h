@@ -19,10 +19,10 @@ enum class ExitReason : i32 {
     newVersion = 8,
 };
 
-extern std::atomic<bool> gStop;                ///< the run is to end
-extern std::atomic<bool> gUserStop;            ///< the user asked for the end
-extern std::atomic<ExitReason> gExitReason;    ///< set by the stopper that turned gStop; by reason 4 while it is 0
-extern std::atomic<i32> gRestartSeconds;       ///< length of the restart countdown
+extern std::atomic<bool> gStop;              ///< the run is to end
+extern std::atomic<bool> gUserStop;          ///< the user asked for the end
+extern std::atomic<ExitReason> gExitReason;  ///< set by the stopper that turned gStop; by reason 4 while it is 0
+extern std::atomic<i32> gRestartSeconds;     ///< length of the restart countdown
 
 /// The one way to stop a run; any thread. Reason 4 sets both flags and keeps the countdown; for any other reason only
 /// the caller that turned gStop from false to true stores its reason and countdown. New settings take the place of a

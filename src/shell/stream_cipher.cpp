@@ -69,12 +69,8 @@ void lf_write(std::ostream& out, const u8* bytes, std::size_t size) {
 
 /// Takes everything and keeps nothing, until a stop is asked for.
 struct Nowhere : std::streambuf {
-    std::streamsize xsputn(const char*, std::streamsize size) override {
-        return gf_stopAsked() ? 0 : size;
-    }
-    int_type overflow(int_type c) override {
-        return traits_type::not_eof(c);
-    }
+    std::streamsize xsputn(const char*, std::streamsize size) override { return gf_stopAsked() ? 0 : size; }
+    int_type overflow(int_type c) override { return traits_type::not_eof(c); }
 };
 
 using Transform = void (*)(std::istream& in, std::ostream& out, const CipherKey& key);

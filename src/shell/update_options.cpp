@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <vector>
 
+#include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 
 namespace fs = std::filesystem;
 

@@ -34,25 +34,25 @@ struct WindowState {
     WindowText simulatorText;
     WindowText rtVersionText;
     WindowText userStand;
-    WindowText selectionText;                  ///< kept
-    std::atomic<f32> fitStatic{-1.0F};         ///< average fit of the static aircraft, hours
-    std::atomic<f32> fitLive{-1.0F};           ///< average fit of the parked live aircraft, hours
-    std::atomic<u64> liveCount{0};             ///< live aircraft airborne or moving
-    std::atomic<u64> simaddonCount{0};         ///< kept
-    std::atomic<u64> thirdpartyCount{0};       ///< kept
-    std::atomic<u64> liveryCount{0};           ///< kept
+    WindowText selectionText;             ///< kept
+    std::atomic<f32> fitStatic{-1.0F};    ///< average fit of the static aircraft, hours
+    std::atomic<f32> fitLive{-1.0F};      ///< average fit of the parked live aircraft, hours
+    std::atomic<u64> liveCount{0};        ///< live aircraft airborne or moving
+    std::atomic<u64> simaddonCount{0};    ///< kept
+    std::atomic<u64> thirdpartyCount{0};  ///< kept
+    std::atomic<u64> liveryCount{0};      ///< kept
     std::atomic<u64> parkedLiveCount{0};
     std::atomic<u64> staticCount{0};
     std::atomic<u64> standCount{0};
     std::atomic<i32> statusRowY{399};
     std::atomic<i32> maxParkCount{0};
-    std::atomic<i32> maxParkPercent{0};        ///< kept
+    std::atomic<i32> maxParkPercent{0};  ///< kept
     std::atomic<i32> qnh{0};
-    std::atomic<i32> minutesToRenewal{0};      ///< kept
+    std::atomic<i32> minutesToRenewal{0};  ///< kept
     std::atomic<i32> updatesCount{0};
-    std::atomic<u64> queuedStatics{0};         ///< kept
+    std::atomic<u64> queuedStatics{0};  ///< kept
     std::atomic<bool> handmade{false};
-    std::atomic<bool> rtLampDark{true};        ///< the RealTraffic lamp is black until the worker begins
+    std::atomic<bool> rtLampDark{true};  ///< the RealTraffic lamp is black until the worker begins
     std::atomic<bool> rtConnected{false};
     std::atomic<bool> airportFileOk{false};
     std::atomic<bool> simConnected{false};
@@ -60,8 +60,8 @@ struct WindowState {
     std::atomic<bool> modelKnown{true};
     std::atomic<bool> planSoft{false};
     std::atomic<bool> planWeek{false};
-    std::atomic<bool> reservedOk{false};       ///< kept
-    std::atomic<i32> trafficLamp{3};           ///< 1 receiving, 2 silent, 3 off
+    std::atomic<bool> reservedOk{false};  ///< kept
+    std::atomic<i32> trafficLamp{3};      ///< 1 receiving, 2 silent, 3 off
     std::atomic<i32> weatherLamp{3};
 };
 

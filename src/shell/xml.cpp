@@ -9,9 +9,7 @@ constexpr const char* kIndent = "  ";
 
 struct TextWriter : pugi::xml_writer {
     std::string text;
-    void write(const void* data, std::size_t size) override {
-        text.append(static_cast<const char*>(data), size);
-    }
+    void write(const void* data, std::size_t size) override { text.append(static_cast<const char*>(data), size); }
 };
 
 void lf_setAttribute(pugi::xml_node node, const char* name, const char* value) {

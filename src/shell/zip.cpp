@@ -8,9 +8,7 @@ namespace hcr {
 namespace {
 
 struct EntryCloser {
-    void operator()(zip_file_t* file) const {
-        zip_fclose(file);
-    }
+    void operator()(zip_file_t* file) const { zip_fclose(file); }
 };
 
 bool lf_readWhole(const std::filesystem::path& path, u64 largestBytes, std::string& bytes) {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "core/model/geo.h"
-#include "core/model/run_state.h"
 #include "core/model/park_state.h"
+#include "core/model/run_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"

@@ -27,12 +27,8 @@ bool gWaitAnnounced = false;          // SimClient only
 std::exception_ptr gDispatchFailure;  // SimClient only
 
 struct TimerResolution {
-    TimerResolution() {
-        gf_beginTimerResolution();
-    }
-    ~TimerResolution() {
-        gf_endTimerResolution();
-    }
+    TimerResolution() { gf_beginTimerResolution(); }
+    ~TimerResolution() { gf_endTimerResolution(); }
     TimerResolution(const TimerResolution&) = delete;
     TimerResolution& operator=(const TimerResolution&) = delete;
 };

@@ -321,12 +321,8 @@ TEST_F(DemoData, RegistrationCodesNameInstalledTitlesAndTitlesNotToBeUsedAreNotI
 
 class DemoAirports : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        airports = lf_load(document, "airports.xml").child("airports");
-    }
-    static void TearDownTestSuite() {
-        document.reset();
-    }
+    static void SetUpTestSuite() { airports = lf_load(document, "airports.xml").child("airports"); }
+    static void TearDownTestSuite() { document.reset(); }
 
     static inline pugi::xml_document document;
     static inline pugi::xml_node airports;

@@ -1,9 +1,10 @@
+#include "engine/air_leg.h"
+
 #include <gtest/gtest.h>
 
 #include "core/model/aircraft_class.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "engine/air_leg.h"
 #include "engine/leg.h"
 #include "parking/park_airport.h"
 #include "sim/definitions.h"

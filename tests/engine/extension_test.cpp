@@ -1,7 +1,10 @@
+#include "engine/extension.h"
+
+#include <gtest/gtest.h>
+
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "engine/extension.h"
 #include "engine/following.h"
 #include "engine/leg.h"
 #include "engine/report_judgement.h"
@@ -9,9 +12,6 @@
 #include "shell/parameters.h"
 #include "sim/session.h"
 #include "tests/engine/engine_world.h"
-
-#include <gtest/gtest.h>
-
 
 namespace hcr::test {
 namespace {

@@ -1,6 +1,11 @@
+#include "engine/following.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "engine/following.h"
 #include "engine/intake.h"
 #include "engine/leg.h"
 #include "engine/life_cycle.h"
@@ -13,11 +18,6 @@
 #include "sim/drain.h"
 #include "tests/engine/allocation_count.h"
 #include "tests/engine/engine_world.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 
 namespace hcr::test {
 namespace {

@@ -1,8 +1,13 @@
+#include "engine/ground.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/curve.h"
 #include "engine/following.h"
-#include "engine/ground.h"
 #include "engine/intake.h"
 #include "engine/landing.h"
 #include "engine/leg.h"
@@ -16,11 +21,6 @@
 #include "shell/parameters.h"
 #include "sim/definitions.h"
 #include "tests/engine/engine_world.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 
 namespace hcr::test {
 namespace {

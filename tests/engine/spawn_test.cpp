@@ -1,19 +1,19 @@
+#include "engine/spawn.h"
+
+#include <gtest/gtest.h>
+
 #include "core/model/labels.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "engine/conflicts.h"
 #include "engine/life_cycle.h"
 #include "engine/reappearance.h"
-#include "engine/spawn.h"
 #include "liveries/dbase.h"
 #include "liveries/matching.h"
 #include "shell/parameters.h"
 #include "sim/aircraft.h"
 #include "sim/session.h"
 #include "tests/engine/engine_world.h"
-
-#include <gtest/gtest.h>
-
 
 namespace hcr::test {
 namespace {

@@ -24,18 +24,12 @@ struct FeedWorld : testing::Test {
         reset();
         gAcceptReports = true;
     }
-    ~FeedWorld() override {
-        reset();
-    }
+    ~FeedWorld() override { reset(); }
     FeedWorld(const FeedWorld&) = delete;
     FeedWorld& operator=(const FeedWorld&) = delete;
 
-    std::string log() const {
-        return folder.logged();
-    }
-    bool logged(std::string_view text) const {
-        return log().find(text) != std::string::npos;
-    }
+    std::string log() const { return folder.logged(); }
+    bool logged(std::string_view text) const { return log().find(text) != std::string::npos; }
 
     /// Waits in real time until something is so; false after ten seconds.
     template <typename Condition>

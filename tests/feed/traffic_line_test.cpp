@@ -1,14 +1,14 @@
-#include "core/model/geo.h"
-#include "core/model/range.h"
 #include "feed/traffic_line.h"
-#include "feed_world.h"
-#include "tools/feed/generator.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
 
+#include "core/model/geo.h"
+#include "core/model/range.h"
+#include "feed_world.h"
+#include "tools/feed/generator.h"
 
 namespace hcr {
 namespace {
@@ -52,12 +52,8 @@ struct TrafficLine : FeedWorld {
         processLine(gTrafficReader);
         return gReports.empty() ? nullptr : &gReports.back();
     }
-    const TrafficReport* decode(const Line& fields) {
-        return decode(fields.text());
-    }
-    static u64 drops(LineDrop reason) {
-        return gFeedCounters.dropped[static_cast<int>(reason)];
-    }
+    const TrafficReport* decode(const Line& fields) { return decode(fields.text()); }
+    static u64 drops(LineDrop reason) { return gFeedCounters.dropped[static_cast<int>(reason)]; }
 
     std::string datagram;
 };

@@ -11,8 +11,8 @@
 
 #include "tests/support/environment.h"
 
-// The floors of the house, as docs/architecture.md tells them: a file includes what lies below it, on its own floor only
-// files of its own folder, and no files know each other in a circle.
+// The floors of the house, as docs/architecture.md tells them: a file includes what lies below it, on its own floor
+// only files of its own folder, and no files know each other in a circle.
 
 namespace hcr::test {
 namespace {
@@ -20,8 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Ground first.
-const std::vector<std::string> kFloors = {"platform", "shell", "core/model", "sim/port", "scenery", "liveries", "sim",
-                                          "feed",     "parking", "engine", "core/run", "shell/window", "main.cpp"};
+const std::vector<std::string> kFloors = {"platform", "shell",        "core/model", "sim/port", "scenery",
+                                          "liveries", "sim",          "feed",       "parking",  "engine",
+                                          "core/run", "shell/window", "main.cpp"};
 
 /// Circles that stand for now: each lies inside of one folder and is to be undone.
 const std::vector<std::set<std::string>> kKnots = {
@@ -31,7 +32,8 @@ const std::vector<std::set<std::string>> kKnots = {
     {"liveries/match_trace", "liveries/matching"},
     {"liveries/livery_tables", "liveries/regcodes", "liveries/results"},
     {"liveries/aircraft_cfg", "liveries/aircraft_cfg_file", "liveries/scan", "liveries/scan_pool"},
-    {"sim/aircraft", "sim/definitions", "sim/dispatch", "sim/drain", "sim/object_data", "sim/session", "sim/sim_client"},
+    {"sim/aircraft", "sim/definitions", "sim/dispatch", "sim/drain", "sim/object_data", "sim/session",
+     "sim/sim_client"},
     {"feed/qnh_reader", "feed/traffic_line", "feed/traffic_reader", "feed/udp_reader"},
     {"sim/port/sandbox/aircraft_state", "sim/port/sandbox/calls", "sim/port/sandbox/port_call",
      "sim/port/sandbox/records", "sim/port/sandbox/sandbox", "sim/port/sandbox/scenario", "sim/port/sandbox/world"},

@@ -41,9 +41,7 @@ struct AircraftCfg : testing::Test {
             <dbase><db reg="PH-BXA" airl="KLM" type="B738"/><db reg="N12" airl="PVT" type="C172"/>
             <db reg="PH-NIL" airl="" type="B744"/></dbase>)");
     }
-    ~AircraftCfg() override {
-        scanThreadsActive = 0;
-    }
+    ~AircraftCfg() override { scanThreadsActive = 0; }
 
     using Reader = CfgContent (*)(i32, const std::filesystem::path&);
 
@@ -339,12 +337,8 @@ struct IvaoCfg : AircraftCfg {
     static Lines readSection(const std::string& lines, const std::string& model = "B738") {
         return read("[GENERAL]\nicao_type_designator=A320\n[fltsim.4]\ntexture=A\n" + lines, model);
     }
-    static std::string folderOf(const std::string& model) {
-        return "c/IVAO_MTL/SimObjects/Airplanes/IVAO_" + model;
-    }
-    static std::string pathOf(const std::string& model) {
-        return folderOf(model) + "/aircraft.cfg";
-    }
+    static std::string folderOf(const std::string& model) { return "c/IVAO_MTL/SimObjects/Airplanes/IVAO_" + model; }
+    static std::string pathOf(const std::string& model) { return folderOf(model) + "/aircraft.cfg"; }
 };
 
 TEST_F(IvaoCfg, TakesTheTypeFromTheFolderAndTheAirlineFromTheTitle) {

@@ -200,15 +200,12 @@ TEST_F(Matching, ARememberedTitleIsForgottenWhenTheSimulatorRefusesIt) {
 
 /// The steps of a trace with what came of each, as in "1 D-AAAA nothing; 2 KLM B738 cargo nothing; ...".
 std::string told(const MatchTrace& trace) {
-    const std::map<MatchVerdict, std::string> words{{MatchVerdict::nothingThere, "nothing"},
-                                                    {MatchVerdict::taken, "takes "},
-                                                    {MatchVerdict::refused, "refuses "},
-                                                    {MatchVerdict::noRegistration, "without"},
-                                                    {MatchVerdict::noAirline, "without"},
-                                                    {MatchVerdict::noStandIn, "no stand-in"},
-                                                    {MatchVerdict::otherClass, "other class"},
-                                                    {MatchVerdict::tooShallow, "too shallow"},
-                                                    {MatchVerdict::ownPaintOnly, "own paint only"}};
+    const std::map<MatchVerdict, std::string> words{
+        {MatchVerdict::nothingThere, "nothing"},       {MatchVerdict::taken, "takes "},
+        {MatchVerdict::refused, "refuses "},           {MatchVerdict::noRegistration, "without"},
+        {MatchVerdict::noAirline, "without"},          {MatchVerdict::noStandIn, "no stand-in"},
+        {MatchVerdict::otherClass, "other class"},     {MatchVerdict::tooShallow, "too shallow"},
+        {MatchVerdict::ownPaintOnly, "own paint only"}};
     std::string text;
     for (const MatchTry& entry : trace.tries) {
         if (!text.empty()) text += "; ";
@@ -251,8 +248,9 @@ TEST_F(Matching, TheTraceTellsEachLookupInItsOrder) {
     MATCHING_DEPTH.current = 3;
     EXPECT_EQ(liveTrace({"AFR", "B738", ""}),
               "1 without; 2 AFR B738 nothing; 3 AFR B738 no stand-in; 4 ZZZ B738 too shallow; 5 B738 own paint only");
-    EXPECT_EQ(liveTrace({"AFR", "P210", ""}), "1 without; 2 AFR P210 nothing; 3 AFR P210 no stand-in; "
-                                              "4 ZZZ P210 nothing; 5 P210 nothing; 6 C172 takes cessna");
+    EXPECT_EQ(liveTrace({"AFR", "P210", ""}),
+              "1 without; 2 AFR P210 nothing; 3 AFR P210 no stand-in; "
+              "4 ZZZ P210 nothing; 5 P210 nothing; 6 C172 takes cessna");
     EXPECT_EQ(liveTrace({"DLH", "B738", ""}), "1 without; 2 DLH B738 nothing; 3 DLH B739 takes dlh");
     failedTitles.insert("dlh");
     EXPECT_EQ(liveTrace({"DLH", "B738", ""}),
@@ -260,9 +258,10 @@ TEST_F(Matching, TheTraceTellsEachLookupInItsOrder) {
     EXPECT_EQ(parkedTrace({"DLH", "B738", ""}, true),
               "1 without; 2 DLH B738 cargo nothing; 2 DLH B738 nothing; 3 DLH B739 cargo nothing; "
               "3 DLH B739 refuses dlh; 3 DLH B744 cargo nothing; 3 DLH B744 takes jumbo");
-    EXPECT_EQ(liveTrace({"DLH", "A320", "PH-LSE"}), "1 PH-LSE nothing; 2 DLH A320 nothing; 2 DLH A320 nothing; "
-                                                    "3 DLH A320 no stand-in; 3 DLH A320 no stand-in; "
-                                                    "4 ZZZ A320 too shallow; 5 A320 own paint only");
+    EXPECT_EQ(liveTrace({"DLH", "A320", "PH-LSE"}),
+              "1 PH-LSE nothing; 2 DLH A320 nothing; 2 DLH A320 nothing; "
+              "3 DLH A320 no stand-in; 3 DLH A320 no stand-in; "
+              "4 ZZZ A320 too shallow; 5 A320 own paint only");
 }
 
 TEST_F(Matching, TheTraceMarksWhatIsReservedAndWhatIsRefused) {
@@ -276,8 +275,8 @@ TEST_F(Matching, TheTraceMarksWhatIsReservedAndWhatIsRefused) {
     ASSERT_EQ(trace.tries.size(), 2u);
     std::vector<std::string> marks;
     for (const MatchCandidate& candidate : trace.tries[1].candidates) {
-        marks.push_back(fmt::format("{} {}{}", candidate.title, candidate.special ? 'S' : '-',
-                                    candidate.refused ? 'R' : '-'));
+        marks.push_back(
+            fmt::format("{} {}{}", candidate.title, candidate.special ? 'S' : '-', candidate.refused ? 'R' : '-'));
     }
     EXPECT_THAT(marks, testing::ElementsAre("a special S-", "b --", "c -R"));
     EXPECT_EQ(trace.tries[1].drawn, "b");

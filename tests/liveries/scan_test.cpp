@@ -116,8 +116,9 @@ TEST_F(Scan, WithoutPackagesOrLiveriesItEndsInAMessageForTheUser) {
     EXPECT_FALSE(fs::exists(gFiles().liveriesScanned));
     aircraft("user-aitraffic/unknown", "A399", "one", "KLM");
     EXPECT_THROW(gf_scanLiveries(), UserErrorException);
-    EXPECT_EQ(test::slashed(readWhole(gFiles().invalidTypes)),
-              "A399             in " + test::slashed((community / "user-aitraffic/unknown/aircraft.cfg").string()) + "\n")
+    EXPECT_EQ(
+        test::slashed(readWhole(gFiles().invalidTypes)),
+        "A399             in " + test::slashed((community / "user-aitraffic/unknown/aircraft.cfg").string()) + "\n")
         << "the reports tell why";
     AI_PACKAGE_SELECTOR.current.set("AIG,FSLTL");
     expectFailure("AI_PACKAGE_SELECTOR not set");

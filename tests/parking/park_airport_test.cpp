@@ -1,16 +1,16 @@
+#include "parking/park_airport.h"
+
+#include <gtest/gtest.h>
+
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "feed/traffic_reader.h"
-#include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "shell/parameters.h"
 #include "shell/window_state.h"
 #include "sim/session.h"
 #include "tests/engine/engine_world.h"
-
-#include <gtest/gtest.h>
-
 
 namespace hcr::test {
 namespace {

@@ -11,9 +11,7 @@ using namespace hcr;
 namespace {
 
 struct ReleaseBehind {
-    ~ReleaseBehind() {
-        gf_releaseClock();
-    }
+    ~ReleaseBehind() { gf_releaseClock(); }
 };
 
 }  // namespace

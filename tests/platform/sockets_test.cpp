@@ -21,9 +21,7 @@ struct Bound {
         port = gf_boundPort(socket);
         EXPECT_NE(port, 0);
     }
-    ~Bound() {
-        gf_closeSocket(socket);
-    }
+    ~Bound() { gf_closeSocket(socket); }
     Bound(const Bound&) = delete;
     Bound& operator=(const Bound&) = delete;
 

@@ -59,9 +59,7 @@ struct Install : testing::Test {
         return file.substr(at + item.size(), file.find('"', at + item.size()) - at - item.size());
     }
 
-    void enter(const std::string& text) const {
-        gf_enterInstallPath(gf_installParameter(), text);
-    }
+    void enter(const std::string& text) const { gf_enterInstallPath(gf_installParameter(), text); }
 };
 
 }  // namespace hcr::test

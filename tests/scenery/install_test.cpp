@@ -30,17 +30,16 @@ TEST_F(Install, TheFirstUserCfgInTheOrderOfTheCandidatesCounts) {
     for (const char* simulator : {"MSFS 2020", "MSFS 2024"}) {
         SIM_CHOICE.current.set(simulator);
         const bool is2024 = gf_sim2024Chosen();
-        const fs::path store = is2024 ? local / "Packages/Microsoft.Limitless_8wekyb3d8bbwe/LocalCache/UserCfg.opt"
-                                      : storeCfg();
+        const fs::path store =
+            is2024 ? local / "Packages/Microsoft.Limitless_8wekyb3d8bbwe/LocalCache/UserCfg.opt" : storeCfg();
         const fs::path steam1 =
             roaming / (is2024 ? "Microsoft Flight Simulator 2024" : "Microsoft Flight Simulator") / "UserCfg.opt";
         const fs::path steam2 = local / "Packages/Microsoft.FlightDashboard_8wekyb3d8bbwe/LocalCache/UserCfg.opt";
         const fs::path boxed = local / "MSFSPackages/UserCfg.opt";
         EXPECT_EQ(gf_findUserCfg(), boxed);
         EXPECT_EQ(gf_installedPackagesPath(), "");
-        EXPECT_TRUE(folder.logged("MSFS detection, no Store:" + store.string() +
-                                  "\nMSFS detection, no Steam1:" + steam1.string() +
-                                  "\nMSFS detection, no Steam2:" + steam2.string() +
+        EXPECT_TRUE(folder.logged("MSFS detection, no Store:" + store.string() + "\nMSFS detection, no Steam1:" +
+                                  steam1.string() + "\nMSFS detection, no Steam2:" + steam2.string() +
                                   "\nMSFS detection, no Boxed:" + boxed.string() + "\nNo UserCfg.opt found?\n"));
         for (const fs::path& candidate : {boxed, steam2, steam1, store}) {
             writeWhole(candidate, "");

@@ -25,9 +25,7 @@ fs::path lf_named(const char* extension) {
 
 /// A user whose folders are written in four scripts, one of them beyond 16 bits.
 struct AnyScript : test::ShellWorld {
-    AnyScript() {
-        nameEnd = kName;
-    }
+    AnyScript() { nameEnd = kName; }
 };
 
 TEST_F(AnyScript, SettingsLogAndGenerationsAreFilesLikeAnyOther) {

@@ -52,9 +52,7 @@ struct DataUpdate : test::ShellWorld {
     }
 
     /// Whether a data file here is the server's.
-    static bool isFetched(const std::string& name) {
-        return read("input/" + name) == read("server/11/" + name);
-    }
+    static bool isFetched(const std::string& name) { return read("input/" + name) == read("server/11/" + name); }
 
     static std::string updateFault() {
         try {

@@ -25,12 +25,8 @@ namespace {
 
 /// The stop flags and the window as at the start of the process, before and behind a test.
 struct CleanRun {
-    CleanRun() {
-        reset();
-    }
-    ~CleanRun() {
-        reset();
-    }
+    CleanRun() { reset(); }
+    ~CleanRun() { reset(); }
     CleanRun(const CleanRun&) = delete;
     CleanRun& operator=(const CleanRun&) = delete;
     static void reset() {

@@ -42,9 +42,7 @@ struct ParameterFile : test::ShellWorld {
         return static_cast<int>(std::distance(items.begin(), items.end()));
     }
 
-    static std::filesystem::path keptAside() {
-        return gFiles().configurationFolder / "parameters0.xml";
-    }
+    static std::filesystem::path keptAside() { return gFiles().configurationFolder / "parameters0.xml"; }
 
     void TearDown() override {
         gf_clearMessage();

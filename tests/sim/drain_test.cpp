@@ -17,9 +17,7 @@ namespace {
 using Calls = std::vector<std::string>;
 
 struct Drain : SessionTest {
-    Drain() {
-        gUserObjectId = 5;
-    }
+    Drain() { gUserObjectId = 5; }
 };
 
 /// MinGW's own wait of an atomic may miss the change.
@@ -37,9 +35,7 @@ struct BusyLock {
           }) {
         awaitTrue(held);
     }
-    ~BusyLock() {
-        free();
-    }
+    ~BusyLock() { free(); }
     void free() {
         release = true;
         if (holder.joinable()) holder.join();

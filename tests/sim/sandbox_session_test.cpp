@@ -113,9 +113,7 @@ struct SessionOnSandbox : SessionTest {
         return ac;
     }
 
-    bool saw(SimKind kind) const {
-        return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
-    }
+    bool saw(SimKind kind) const { return std::find(kinds.begin(), kinds.end(), kind) != kinds.end(); }
 
     Scenario scenario;
     i32 tick = 0;

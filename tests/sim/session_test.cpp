@@ -21,9 +21,7 @@ struct Session : SessionTest {
         gSimHandle = nullptr;
         gf_speedClock(50);
     }
-    ~Session() override {
-        gf_releaseClock();
-    }
+    ~Session() override { gf_releaseClock(); }
 
     static Calls callsOf(const std::string& name) {
         Calls calls;

@@ -24,9 +24,7 @@ struct UserAircraft : SessionTest {
         gClassTypes[Large] = {"B738", "B38M", "A320"};
         maxHalfSpan = 40 * kMetre;
     }
-    ~UserAircraft() override {
-        gf_forgetDbase();
-    }
+    ~UserAircraft() override { gf_forgetDbase(); }
 };
 
 TEST_F(UserAircraft, TheModelIsRepairedToAType) {

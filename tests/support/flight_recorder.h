@@ -10,16 +10,16 @@ namespace hcr::test {
 
 /// What the simulator was told of one tail number.
 struct FlownAircraft {
-    int appearances = 0;          ///< objects of this name
+    int appearances = 0;  ///< objects of this name
     u32 lastObject = 0;
-    f64 firstWrite = 0, lastWrite = 0;   ///< seconds of the sandbox
+    f64 firstWrite = 0, lastWrite = 0;  ///< seconds of the sandbox
     f64 lat = 0, lon = 0, alt = 0, heading = 0;
-    f64 speedKt = 0;              ///< ground speed that it may have; what is written with a position counts when higher
-    f64 worstJumpM = 0;           ///< largest move between two writes beyond what its speed explains
+    f64 speedKt = 0;     ///< ground speed that it may have; what is written with a position counts when higher
+    f64 worstJumpM = 0;  ///< largest move between two writes beyond what its speed explains
     f64 worstJumpAt = 0;
-    f64 worstTurnDegPerS = 0;     ///< largest change of heading between two writes
+    f64 worstTurnDegPerS = 0;  ///< largest change of heading between two writes
     f64 worstClimbFtPerS = 0;
-    std::vector<SandboxObject> path;     ///< one state a second
+    std::vector<SandboxObject> path;  ///< one state a second
     std::vector<f64> pathTimes;
 };
 

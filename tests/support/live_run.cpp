@@ -17,8 +17,8 @@
 namespace hcr::test {
 namespace {
 
-constexpr i64 kPollMs = 50;          // of the clock
-constexpr f64 kReportSeconds = 2;    // as often as a feed tells of an aircraft
+constexpr i64 kPollMs = 50;         // of the clock
+constexpr f64 kReportSeconds = 2;   // as often as a feed tells of an aircraft
 constexpr f64 kSpeedKt = 150;       // slow, so that nobody leaves the range while a busy machine falls behind
 constexpr f64 kLongestWaitS = 100;  // of the wall; only a failure takes so long
 

@@ -22,13 +22,13 @@ struct FeedPeer {
     explicit FeedPeer(u16 trafficPort);
     ~FeedPeer();
 
-    void connect();      ///< keeps trying until the server is there
+    void connect();  ///< keeps trying until the server is there
     void disconnect();
     bool connected() const { return connected_; }
     /// Everything that the program has sent so far.
     std::string told() const;
 
-    std::atomic<int> aircraft{0};          ///< how many fly
+    std::atomic<int> aircraft{0};  ///< how many fly
     std::atomic<bool> sending{true};
     std::string model = "A320", airline = "KLM";
 
@@ -48,7 +48,7 @@ private:
 struct LiveRunOptions {
     WorldOptions world;
     f64 clockFactor = 12;
-    std::function<void()> beforeStart;   ///< for parameters; they are written to the file afterwards
+    std::function<void()> beforeStart;  ///< for parameters; they are written to the file afterwards
 };
 
 /// The program with all its threads and real sockets, in the built-in simulator, on a clock that runs faster.

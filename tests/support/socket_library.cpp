@@ -7,12 +7,8 @@ namespace {
 
 /// Started for all tests, as the program's run does it for its readers.
 struct SocketLibrary : testing::Environment {
-    void SetUp() override {
-        ASSERT_EQ(gf_startSockets(), 0);
-    }
-    void TearDown() override {
-        gf_endSockets();
-    }
+    void SetUp() override { ASSERT_EQ(gf_startSockets(), 0); }
+    void TearDown() override { gf_endSockets(); }
 };
 
 [[maybe_unused]] testing::Environment* const kSocketLibrary = testing::AddGlobalTestEnvironment(new SocketLibrary);

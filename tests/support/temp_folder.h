@@ -44,12 +44,8 @@ inline std::string readFile(const std::filesystem::path& path) {
 
 /// The log of one test, in a working folder of its own.
 struct LogFolder : TempFolder {
-    LogFolder() {
-        gf_openLog();
-    }
-    ~LogFolder() {
-        gf_closeLog();
-    }
+    LogFolder() { gf_openLog(); }
+    ~LogFolder() { gf_closeLog(); }
     LogFolder(const LogFolder&) = delete;
     LogFolder& operator=(const LogFolder&) = delete;
 

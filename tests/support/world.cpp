@@ -63,8 +63,8 @@ WorldFolder::WorldFolder(WorldOptions worldOptions) : options(std::move(worldOpt
 
 World::World(WorldOptions worldOptions)
     : WorldFolder(std::move(worldOptions)),
-      SimulatedRun({.scenario = options.scenario, .trace = options.trace, .rangeNm = options.rangeNm,
-                    .utc = options.utc}) {}
+      SimulatedRun(
+          {.scenario = options.scenario, .trace = options.trace, .rangeNm = options.rangeNm, .utc = options.utc}) {}
 
 std::string World::log() const {
     gf_logFlush();
@@ -73,7 +73,8 @@ std::string World::log() const {
 
 std::string FeedLine::text() const {
     return fmt::format(
-        "RTTFC,{},{:.5f},{:.5f},{:.0f},{:.0f},1,{:.2f},{:.2f},{},{},{},{},{},{:.1f},X2,{},adsb_icao,-1,-1,{:.0f},-1.000,"
+        "RTTFC,{},{:.5f},{:.5f},{:.0f},{:.0f},1,{:.2f},{:.2f},{},{},{},{},{},{:.1f},X2,{},adsb_icao,-1,-1,{:.0f},-1."
+        "000,"
         "-1.0,-1.0,-1.00,{:.2f},-1,,A3,-1.0,-1,-1,-1.00,,3.6,-3.3,-1,-1,-1,-1,1,80857",
         hexid, lat, lon, alt, vs, track, speed, callsign, model, registration, from, to, timestamp, callsign, tas,
         track == 0 ? 360.0 : track);

@@ -14,11 +14,11 @@ namespace hcr::test {
 std::size_t countOf(const std::string& text, const std::string& piece);
 
 struct WorldOptions {
-    Scenario scenario;                 ///< by default a user parked at Amsterdam
-    std::filesystem::path trace;       ///< trace file of the sandbox, none by default
-    i32 rangeNm = 40;                  ///< fixed; AUTO_RANGE is off
-    bool realTrafficHere = false;      ///< RealTraffic.jar exists, so that the control channel is used
-    f64 utc = 1700000000;              ///< time of day at the start, Unix seconds
+    Scenario scenario;             ///< by default a user parked at Amsterdam
+    std::filesystem::path trace;   ///< trace file of the sandbox, none by default
+    i32 rangeNm = 40;              ///< fixed; AUTO_RANGE is off
+    bool realTrafficHere = false;  ///< RealTraffic.jar exists, so that the control channel is used
+    f64 utc = 1700000000;          ///< time of day at the start, Unix seconds
 };
 
 /// The working folder that a run needs: data sets of the demo, its liveries, parameters, docs.

@@ -105,14 +105,12 @@ TEST(Gap, WhatWasReceivedBeforeALongOneIsDropped) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(System, AfterAGap,
-                         testing::Values(GapCase{"Pause20s", Gap::pausedFlight, 20},
-                                         GapCase{"Pause2min", Gap::pausedFlight, 120},
-                                         GapCase{"Pause30min", Gap::pausedFlight, 1800},
-                                         GapCase{"Silence45s", Gap::silentFeed, 45},
-                                         GapCase{"Silence10min", Gap::silentFeed, 600},
-                                         GapCase{"Sleep60s", Gap::sleepingComputer, 60},
-                                         GapCase{"Sleep30min", Gap::sleepingComputer, 1800}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    System, AfterAGap,
+    testing::Values(GapCase{"Pause20s", Gap::pausedFlight, 20}, GapCase{"Pause2min", Gap::pausedFlight, 120},
+                    GapCase{"Pause30min", Gap::pausedFlight, 1800}, GapCase{"Silence45s", Gap::silentFeed, 45},
+                    GapCase{"Silence10min", Gap::silentFeed, 600}, GapCase{"Sleep60s", Gap::sleepingComputer, 60},
+                    GapCase{"Sleep30min", Gap::sleepingComputer, 1800}),
+    [](const auto& test) { return test.param.name; });
 
 }  // namespace hcr::test

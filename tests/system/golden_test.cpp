@@ -3,8 +3,8 @@
 #include "tests/support/world.h"
 #include "tools/replay/command_log.h"
 
-// Half an hour of mixed traffic at a park airport: every order to the simulator, to the last bit. Who changes the flight
-// model on purpose looks at what `halcyrane-replay --measure` says of it, and then takes the new numbers over.
+// Half an hour of mixed traffic at a park airport: every order to the simulator, to the last bit. Who changes the
+// flight model on purpose looks at what `halcyrane-replay --measure` says of it, and then takes the new numbers over.
 
 namespace hcr::test {
 namespace {

@@ -20,12 +20,12 @@ namespace {
 
 constexpr f64 kHour = 3600;
 constexpr i32 kRangeNm = 40;
-constexpr f64 kDelay = 30;                 // the whole program plays so far behind the feed
-constexpr f64 kLongestExtension = 64;      // eight steps of eight seconds
-constexpr f64 kGap = 25;                   // reports further apart may make an aircraft leave and come again
+constexpr f64 kDelay = 30;             // the whole program plays so far behind the feed
+constexpr f64 kLongestExtension = 64;  // eight steps of eight seconds
+constexpr f64 kGap = 25;               // reports further apart may make an aircraft leave and come again
 
 struct Report {
-    f64 at = 0;   ///< seconds since the world's first cycle
+    f64 at = 0;  ///< seconds since the world's first cycle
     f64 lat = 0, lon = 0, alt = 0, speed = 0;
     bool seen = false;  ///< in range and in the air
 };
@@ -157,7 +157,8 @@ TEST(Hour, EveryAircraftInRangeAppearsOnceFollowsItsPathAndLeaves) {
     const Hour hour;
     int checked = 0;
     for (const auto& [hexid, expected] : hour.expected) {
-        if (expected.seenAt.size() < 2 || expected.seenAt[1] - expected.seenAt[0] > kGap || !expected.steady()) continue;
+        if (expected.seenAt.size() < 2 || expected.seenAt[1] - expected.seenAt[0] > kGap || !expected.steady())
+            continue;
         if (expected.seenAt.back() + kDelay > kHour) continue;
         lf_checkOne(hour, hexid, expected);
         ++checked;

@@ -8,8 +8,8 @@
 #include "platform/system.h"
 #include "tests/support/world.h"
 
-// Hours of dense traffic in simulated time. The full day runs in the optimised build (HALCYRANE_SOAK_HOURS=24); with the
-// sanitizers a shorter one looks for what only time brings.
+// Hours of dense traffic in simulated time. The full day runs in the optimised build (HALCYRANE_SOAK_HOURS=24); with
+// the sanitizers a shorter one looks for what only time brings.
 
 namespace hcr::test {
 namespace {

@@ -35,7 +35,8 @@ void lf_add(std::vector<TimedLine>& lines, const Straight& given) {
 }
 
 void lf_play(World& world, std::vector<TimedLine> lines, f64 seconds) {
-    std::stable_sort(lines.begin(), lines.end(), [](const TimedLine& a, const TimedLine& b) { return a.time < b.time; });
+    std::stable_sort(lines.begin(), lines.end(),
+                     [](const TimedLine& a, const TimedLine& b) { return a.time < b.time; });
     world.feed(lines);
     EXPECT_TRUE(world.run(seconds));
 }
@@ -180,8 +181,9 @@ TEST(SparseFeed, AimlessAltitudeNearTheGroundIsFollowedDownButNotIntoIt) {
     lf_play(world, lines, 185);
     const FlightRecord* flight = lf_flight(log, 4740000);
     ASSERT_NE(flight, nullptr);
-    const auto [low, high] = std::minmax_element(flight->flown.begin(), flight->flown.end(),
-                                                 [](const FlownPoint& a, const FlownPoint& b) { return a.alt < b.alt; });
+    const auto [low, high] =
+        std::minmax_element(flight->flown.begin(), flight->flown.end(),
+                            [](const FlownPoint& a, const FlownPoint& b) { return a.alt < b.alt; });
     EXPECT_LT(low->alt, 130);
     EXPECT_GT(low->alt, -11);
     EXPECT_LE(high->alt, 1810);
@@ -265,7 +267,8 @@ TEST(Appearing, ABurstComesWithoutLeapsAndNobodyIsLateForLong) {
     Measures sum = lf_measureAll(log, due, shown);
     EXPECT_EQ(shown, 80);
     EXPECT_EQ(sum.jumps, 0);
-    EXPECT_LT(spreadOf(sum.timeErrors).worst, 8) << "an aircraft that had to wait appears where its reports are by then";
+    EXPECT_LT(spreadOf(sum.timeErrors).worst, 8)
+        << "an aircraft that had to wait appears where its reports are by then";
     EXPECT_LT(spreadOf(sum.speedErrors).p95, 30);
     EXPECT_LT(spreadOf(sum.speedErrors).worst, 250) << "who is there some tenths of a second early may stand so long";
 }

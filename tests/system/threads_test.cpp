@@ -23,7 +23,8 @@ LiveRunOptions lf_withRealTraffic() {
 ::testing::AssertionResult lf_fly(LiveRun& live, FeedPeer& peer, int count) {
     peer.connect();
     peer.aircraft = count;
-    if (live.until([&] { return live.flying() == static_cast<std::size_t>(count); })) return ::testing::AssertionSuccess();
+    if (live.until([&] { return live.flying() == static_cast<std::size_t>(count); }))
+        return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << live.flying() << " of " << count << " fly; log:\n" << live.log();
 }
 
@@ -130,7 +131,8 @@ TEST(Threads, ATakenTrafficPortStopsTheRunWithACountdown) {
     i32 error = 0;
     Socket thief = gf_openUdp(error);
     ASSERT_EQ(gf_bindSocket(thief, live.trafficPort, false), 0);
-    EXPECT_TRUE(live.untilLogged("The Traffic Reader has stopped with error: bind to stream socket failed, error: 10048"));
+    EXPECT_TRUE(
+        live.untilLogged("The Traffic Reader has stopped with error: bind to stream socket failed, error: 10048"));
     gf_closeSocket(thief);
     EXPECT_EQ(live.awaitMessage(), WindowMessage::startRun);
     EXPECT_NE(live.log().find("Exiting: READER ERROR"), std::string::npos);

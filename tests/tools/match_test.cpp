@@ -1,5 +1,3 @@
-#include "tools/data/match_report.h"
-
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,6 +17,7 @@
 #include "support/data_folder.h"
 #include "support/environment.h"
 #include "tools/data/commands.h"
+#include "tools/data/match_report.h"
 
 namespace hcr {
 namespace {
@@ -111,9 +110,10 @@ TEST_F(MatchReport, TellsWhyThereIsNoLivery) {
     EXPECT_THAT(gf_matchReport({.airline = "KLM", .type = "A320"}),
                 HasSubstr("  =  no livery, nothing that is installed fits: the stand stays empty\n"));
     LIGHT_AIRCRAFT.current = false;
-    EXPECT_THAT(gf_matchReport({.airline = "PVT", .type = "PA28"}),
-                testing::AllOf(HasSubstr("Live\n  =  not shown: LIGHT_AIRCRAFT is off\n"),
-                               HasSubstr("  6  generic, similar type   C172 passenger      1 livery\n     > Cessna\n")));
+    EXPECT_THAT(
+        gf_matchReport({.airline = "PVT", .type = "PA28"}),
+        testing::AllOf(HasSubstr("Live\n  =  not shown: LIGHT_AIRCRAFT is off\n"),
+                       HasSubstr("  6  generic, similar type   C172 passenger      1 livery\n     > Cessna\n")));
 }
 
 TEST_F(MatchReport, KnowsTheAirframeAsTheProgramDoes) {
@@ -156,7 +156,8 @@ TEST_F(MatchReport, ALongListIsCutBehindTheFirstOnesButShowsTheDrawnOne) {
     for (char c = 'a'; c <= 'o'; ++c) liveries += liv("KLM", "B738", std::string("paint ") + c);
     std::string regcodes;
     for (char c = 'a'; c <= 'k'; ++c) {
-        regcodes += fmt::format(R"(<livery title="paint {0}" reg="PH-A{0},PH-B{0},PH-C{0},PH-D{0}" special="true"/>)", c);
+        regcodes +=
+            fmt::format(R"(<livery title="paint {0}" reg="PH-A{0},PH-B{0},PH-C{0},PH-D{0}" special="true"/>)", c);
     }
     folder.loadLiveries(liveries, regcodes);
     EXPECT_THAT(gf_matchReport({.airline = "KLM", .type = "B738"}),
@@ -168,9 +169,10 @@ TEST_F(MatchReport, ALongListIsCutBehindTheFirstOnesButShowsTheDrawnOne) {
 }
 
 TEST_F(MatchReport, UnknownCodesGetAMessage) {
-    EXPECT_EQ(failure({.airline = "KLM", .type = "B73H"}),
-              "'B73H' is no aircraft type of the reference data, so that aircraft of it are never shown. B738 is meant, "
-              "as in add-on files? Types that begin alike: B738, B739, B744");
+    EXPECT_EQ(
+        failure({.airline = "KLM", .type = "B73H"}),
+        "'B73H' is no aircraft type of the reference data, so that aircraft of it are never shown. B738 is meant, "
+        "as in add-on files? Types that begin alike: B738, B739, B744");
     EXPECT_EQ(failure({.airline = "KLM", .type = "\xff"}),
               "'\xff' is no aircraft type of the reference data, so that aircraft of it are never shown.");
     EXPECT_THAT(failure({.registration = "D-ABCD"}), HasSubstr("name its type with --type"));
@@ -224,7 +226,8 @@ TEST_F(MatchCommand, LoadsWhatARunLoadsAndLeavesTheFolderAsItIs) {
     gf_closeLog();
 
     const std::string report = run({"--airline", "klm", "--type", "b738"});
-    EXPECT_THAT(test::slashed(report), HasSubstr("Faults in the files\n  input/my_regcodes/mine.txt: wrong format 'a;b;c;d;e'\n"));
+    EXPECT_THAT(test::slashed(report),
+                HasSubstr("Faults in the files\n  input/my_regcodes/mine.txt: wrong format 'a;b;c;d;e'\n"));
     EXPECT_THAT(report, HasSubstr("MATCHING_DEPTH 2, RANDOM off\n  installed   6 liveries, 3 registrations, 1 title "
                                   "refused by the simulator\n"));
     EXPECT_THAT(report, HasSubstr("     > KLM Blue   refused\n"));
@@ -262,17 +265,24 @@ TEST_F(MatchCommand, TellsWhichFileIsMissing) {
 }
 
 TEST_F(MatchCommand, TellsWhatIsWrongWithItsArguments) {
-    for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
-             {}, {"--airline", "KLM"}, {"B738"}, {"--type", "B738", "--depth", "0"}, {"--type", "B738", "--depth", "5"},
-             {"--type", "B738", "--depth", "2x"}, {"--type", " "}}) {
+    for (const std::vector<std::string>& wrong :
+         std::vector<std::vector<std::string>>{{},
+                                               {"--airline", "KLM"},
+                                               {"B738"},
+                                               {"--type", "B738", "--depth", "0"},
+                                               {"--type", "B738", "--depth", "5"},
+                                               {"--type", "B738", "--depth", "2x"},
+                                               {"--type", " "}}) {
         EXPECT_THAT(run(wrong), testing::StartsWith("usage: "));
     }
 }
 
 TEST(DataCommandLine, EachCommandTellsItsOptions) {
-    const std::pair<std::vector<std::string>, const char*> rows[] = {
-        {{"help"}, "encipher"},        {{"--help"}, "match"},           {{"scan", "--help"}, "--no-prioritize"},
-        {{"match", "-h"}, "--airline"}, {{"decipher", "a", "--help"}, "--key"}};
+    const std::pair<std::vector<std::string>, const char*> rows[] = {{{"help"}, "encipher"},
+                                                                     {{"--help"}, "match"},
+                                                                     {{"scan", "--help"}, "--no-prioritize"},
+                                                                     {{"match", "-h"}, "--airline"},
+                                                                     {{"decipher", "a", "--help"}, "--key"}};
     for (const auto& [arguments, word] : rows) {
         testing::internal::CaptureStdout();
         EXPECT_EQ(runCommandLine(arguments), kExitGood);

@@ -116,7 +116,8 @@ TEST(Replay, IsTheSameToTheLastBitEachTime) {
         ASSERT_EQ(one[i].flown.size(), other[i].flown.size()) << one[i].callsign;
         for (std::size_t k = 0; k < one[i].flown.size(); ++k) {
             const FlownPoint &a = one[i].flown[k], &b = other[i].flown[k];
-            ASSERT_TRUE(a.lat == b.lat && a.lon == b.lon && a.alt == b.alt && a.heading == b.heading) << one[i].callsign;
+            ASSERT_TRUE(a.lat == b.lat && a.lon == b.lon && a.alt == b.alt && a.heading == b.heading)
+                << one[i].callsign;
         }
         points += one[i].flown.size();
     }
@@ -126,10 +127,14 @@ TEST(Replay, IsTheSameToTheLastBitEachTime) {
 TEST(ReplayOptions, TellWhatIsWrongWithThem) {
     EXPECT_EQ(lf_failure({"x.tsv", "--airport", "52.3,4.76,-11", "--user", "52,4", "--range", "60", "--measure"}), "");
     EXPECT_EQ(lf_failure({"--help"}), "");
-    for (const std::vector<std::string>& wrong :
-         std::vector<std::vector<std::string>>{{}, {"a", "b"}, {"a", "--what", "1"}, {"a", "--user", "52"},
-                                               {"a", "--user", "91,4"}, {"a", "--range", "0"}, {"a", "--minutes"},
-                                               {"a", "--minutes", "nan"}}) {
+    for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{{},
+                                                                                       {"a", "b"},
+                                                                                       {"a", "--what", "1"},
+                                                                                       {"a", "--user", "52"},
+                                                                                       {"a", "--user", "91,4"},
+                                                                                       {"a", "--range", "0"},
+                                                                                       {"a", "--minutes"},
+                                                                                       {"a", "--minutes", "nan"}}) {
         EXPECT_NE(lf_failure(wrong), "");
     }
 }

@@ -27,9 +27,10 @@ void lf_copyNeeded(const fs::path& work, const fs::path& file, const char* what)
     std::error_code error;
     fs::copy_file(work / file, file, error);
     if (!error) return;
-    throw std::runtime_error(fmt::format("{} can't be read: {}. It holds {}; --work names the folder in which the "
-                                         "program works.",
-                                         gf_shownPath(work / file), gf_errorText(error), what));
+    throw std::runtime_error(
+        fmt::format("{} can't be read: {}. It holds {}; --work names the folder in which the "
+                    "program works.",
+                    gf_shownPath(work / file), gf_errorText(error), what));
 }
 
 void lf_copyIfThere(const fs::path& source, const fs::path& target) {

@@ -23,7 +23,7 @@ namespace hcr {
 namespace {
 
 constexpr std::size_t kShownTitles = 8, kShownRegistrations = 3, kShownTypes = 12;
-constexpr std::size_t kAlikeLetters = 2;     // of a type that is none, to find what may be meant
+constexpr std::size_t kAlikeLetters = 2;           // of a type that is none, to find what may be meant
 constexpr f64 kCruiseFt = 30000, kCruiseKt = 400;  // somewhere in flight, far from every airport
 
 constexpr std::array<const char*, 7> kStepNames{
@@ -168,9 +168,8 @@ std::string lf_candidateLines(const MatchTry& entry, const Reservations& reserva
     for (const MatchCandidate* candidate : shown) width = std::max(width, candidate->title.size());
     std::string text;
     for (const MatchCandidate* candidate : shown) {
-        const std::string line =
-            fmt::format("     {} {:{}}  {}", candidate->title == entry.drawn ? '>' : ' ', candidate->title, width,
-                        lf_marks(*candidate, reservations));
+        const std::string line = fmt::format("     {} {:{}}  {}", candidate->title == entry.drawn ? '>' : ' ',
+                                             candidate->title, width, lf_marks(*candidate, reservations));
         text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
     }
     if (shown.size() < entry.candidates.size()) {
@@ -220,12 +219,8 @@ std::string lf_result(const MatchTrace& trace, std::string_view title, const cha
 struct TraceScope {
     MatchTrace trace;
 
-    TraceScope() {
-        gMatchTrace = &trace;
-    }
-    ~TraceScope() {
-        gMatchTrace = nullptr;
-    }
+    TraceScope() { gMatchTrace = &trace; }
+    ~TraceScope() { gMatchTrace = nullptr; }
     TraceScope(const TraceScope&) = delete;
     TraceScope& operator=(const TraceScope&) = delete;
 };
@@ -300,9 +295,10 @@ void lf_checkType(const std::string& type, const std::string& registration) {
         throw std::runtime_error(
             fmt::format("{} isn't among the airframes of the reference data; name its type with --type", registration));
     }
-    std::string text = fmt::format("'{}' is no aircraft type of the reference data, so that aircraft of it are never "
-                                   "shown.",
-                                   type);
+    std::string text = fmt::format(
+        "'{}' is no aircraft type of the reference data, so that aircraft of it are never "
+        "shown.",
+        type);
     if (const auto fix = typeFixes.find(type); fix != typeFixes.end()) {
         text += fmt::format(" {} is meant, as in add-on files?", fix->second);
     }
@@ -342,8 +338,8 @@ std::string lf_notes(const MatchQuestion& question, const ParkedAc& ac) {
                             airline);
     }
     if (const std::string spelling = lf_otherSpelling(ac.registration); !spelling.empty()) {
-        text += fmt::format("  note        {} has a livery; a registration counts only as the feed spells it\n",
-                            spelling);
+        text +=
+            fmt::format("  note        {} has a livery; a registration counts only as the feed spells it\n", spelling);
     }
     if (question.cargo && !ac.cargo) {
         text += "  note        --cargo doesn't count, since the airframe is known\n";
@@ -364,8 +360,8 @@ std::string lf_aircraftBlock(const MatchQuestion& question, const ParkedAc& ac) 
     if (!question.registration.empty()) {
         text += fmt::format("  airframe    {}\n", lf_airframeText(question.registration));
     }
-    text += fmt::format("  matched as  {} {}, class {}, {}\n", ac.airline, ac.model, classValue(kClassNames, ac.acClass),
-                        lf_kindOf(ac.cargo));
+    text += fmt::format("  matched as  {} {}, class {}, {}\n", ac.airline, ac.model,
+                        classValue(kClassNames, ac.acClass), lf_kindOf(ac.cargo));
     return text + lf_notes(question, ac);
 }
 
@@ -376,12 +372,11 @@ std::size_t lf_liveryCount() {
 }
 
 std::string lf_settingsBlock() {
-    return fmt::format("  settings    MATCHING_DEPTH {}, RANDOM {}\n  installed   {}, {}, {}\n",
-                       MATCHING_DEPTH.current.load(), RANDOM.current ? "on: drawn anew each time" : "off",
-                       lf_counted(lf_liveryCount(), "livery", "liveries"),
-                       lf_counted(regcodeTitles.size(), "registration", "registrations"),
-                       lf_counted(failedTitles.size(), "title refused by the simulator",
-                                  "titles refused by the simulator"));
+    return fmt::format(
+        "  settings    MATCHING_DEPTH {}, RANDOM {}\n  installed   {}, {}, {}\n", MATCHING_DEPTH.current.load(),
+        RANDOM.current ? "on: drawn anew each time" : "off", lf_counted(lf_liveryCount(), "livery", "liveries"),
+        lf_counted(regcodeTitles.size(), "registration", "registrations"),
+        lf_counted(failedTitles.size(), "title refused by the simulator", "titles refused by the simulator"));
 }
 
 }  // namespace
@@ -395,8 +390,8 @@ std::string gf_matchReport(const MatchQuestion& question) {
     known.acClass = gf_acClass(known.model);
 
     std::optional<LiveAc> live = lf_liveAircraft(question);
-    return lf_aircraftBlock(question, known) + lf_settingsBlock() + "\n" +
-           lf_liveBlock(live, known.acClass, question) + "\n" + lf_parkedBlock(known, question);
+    return lf_aircraftBlock(question, known) + lf_settingsBlock() + "\n" + lf_liveBlock(live, known.acClass, question) +
+           "\n" + lf_parkedBlock(known, question);
 }
 
 }  // namespace hcr

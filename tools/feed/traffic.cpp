@@ -100,9 +100,7 @@ struct OpenPort {
         throw std::runtime_error(
             fmt::format("can't listen on the {} port {}: {}", what, number, gf_winsockMessage(error)));
     }
-    ~OpenPort() {
-        gf_closeSocket(socket);
-    }
+    ~OpenPort() { gf_closeSocket(socket); }
     OpenPort(const OpenPort&) = delete;
     OpenPort& operator=(const OpenPort&) = delete;
 

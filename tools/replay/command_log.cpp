@@ -4,7 +4,6 @@
 #include <cstring>
 #include <string_view>
 
-
 namespace hcr {
 namespace {
 
@@ -35,8 +34,8 @@ SimResult lf_create(SimHandle handle, const char* title, const char* tail, SIMCO
     ++gLog->creations;
     lf_text(title);
     lf_text(tail);
-    for (const f64 value : {position.Latitude, position.Longitude, position.Altitude, position.Pitch, position.Bank,
-                            position.Heading}) {
+    for (const f64 value :
+         {position.Latitude, position.Longitude, position.Altitude, position.Pitch, position.Bank, position.Heading}) {
         lf_number(value);
     }
     return gLog->behind.SimConnect_AICreateNonATCAircraft(handle, title, tail, position, request);

@@ -13,10 +13,10 @@ struct CommandLog {
     CommandLog(const CommandLog&) = delete;
     CommandLog& operator=(const CommandLog&) = delete;
 
-    SimPort behind;      ///< who carries the calls out
-    u64 hash = 0;        ///< of all commands in their order, to the last bit
+    SimPort behind;  ///< who carries the calls out
+    u64 hash = 0;    ///< of all commands in their order, to the last bit
     u64 creations = 0, removals = 0, releases = 0, events = 0, writes = 0;
-    f64 sum = 0;         ///< of the magnitudes of all numbers; for systems whose functions differ in their last bits
+    f64 sum = 0;  ///< of the magnitudes of all numbers; for systems whose functions differ in their last bits
 };
 
 }  // namespace hcr

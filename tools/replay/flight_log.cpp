@@ -9,7 +9,7 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kDelay = 30;          // seconds between a report's arrival and its playing
+constexpr f64 kDelay = 30;           // seconds between a report's arrival and its playing
 constexpr f64 kSampleSeconds = 0.5;  // between two points of the flown track
 constexpr f64 kMetresPerSecondPerKnot = kMetresPerNm / 3600.0;
 

@@ -32,13 +32,13 @@ struct FlightRecord {
     std::string callsign, registration, type;
     std::vector<ReportedPoint> reports;  ///< an aircraft in the air that is told in the same place again isn't noted
     f64 lastReportAt = 0;                ///< of the last report, such repetitions included
-    std::vector<FlownPoint> flown;  ///< two a second
-    f64 jumpMetres = 0;             ///< the longest way between two writes, beyond what the aircraft's speed explains
-    f64 stepFeet = 0;               ///< the largest change of altitude between two writes
+    std::vector<FlownPoint> flown;       ///< two a second
+    f64 jumpMetres = 0;  ///< the longest way between two writes, beyond what the aircraft's speed explains
+    f64 stepFeet = 0;    ///< the largest change of altitude between two writes
 
-    FlownPoint last;           ///< of the last write
-    f64 lastTimestamp = 0;     ///< of the last report, the feed's own time
-    f64 fastestKt = 0;         ///< of the reports
+    FlownPoint last;        ///< of the last write
+    f64 lastTimestamp = 0;  ///< of the last report, the feed's own time
+    f64 fastestKt = 0;      ///< of the reports
 };
 
 /// Watches a run as long as it lives: every report that the decoder lets through, every position that the simulator

@@ -29,12 +29,13 @@ std::string lf_name(const FlightRecord& flight) {
 std::string lf_row(const FlightRecord& flight, Measures m) {
     const Spread path = spreadOf(m.pathMetres), alt = spreadOf(m.altErrors), speed = spreadOf(m.speedErrors),
                  turn = spreadOf(m.turnRates);
-    return fmt::format("{:8} {:>8} {:4} {:7} {:6.0f} {:6.1f} {:4.0f} {:4.0f} {:6.0f} {:5.0f} {:6.0f} {:4.0f} {:6.0f} "
-                       "{:6.1f} {:4.0f} {:4.0f} {:4.0f} {:5} {:5.0f} {:5.0f} {:5} {:5}\n",
-                       lf_name(flight), flight.hexid, flight.type, flight.reports.size(), flight.reports.front().at,
-                       creationDelay(flight), path.median, path.p95, path.worst, alt.p95, alt.worst, speed.p95,
-                       speed.worst, turn.worst, m.sidewaysSeconds, m.diveSeconds, m.deafSeconds, m.teeth, m.jumpMetres,
-                       m.stepFeet, m.flicker, m.removedEarly);
+    return fmt::format(
+        "{:8} {:>8} {:4} {:7} {:6.0f} {:6.1f} {:4.0f} {:4.0f} {:6.0f} {:5.0f} {:6.0f} {:4.0f} {:6.0f} "
+        "{:6.1f} {:4.0f} {:4.0f} {:4.0f} {:5} {:5.0f} {:5.0f} {:5} {:5}\n",
+        lf_name(flight), flight.hexid, flight.type, flight.reports.size(), flight.reports.front().at,
+        creationDelay(flight), path.median, path.p95, path.worst, alt.p95, alt.worst, speed.p95, speed.worst,
+        turn.worst, m.sidewaysSeconds, m.diveSeconds, m.deafSeconds, m.teeth, m.jumpMetres, m.stepFeet, m.flicker,
+        m.removedEarly);
 }
 
 std::string lf_spread(const char* name, std::vector<f64> flown, std::vector<f64> line) {
@@ -54,9 +55,10 @@ std::string lf_total(const Sum& sum) {
     const Spread delay = spreadOf(delays);
     std::string text = fmt::format("\n{} of {} aircraft shown", sum.shown, sum.due);
     if (!sum.missing.empty()) text += "; missing:" + sum.missing;
-    text += fmt::format("\nfirst position behind the first report's due time: median {:.1f} s, 95 % {:.1f} s, worst "
-                        "{:.1f} s\n",
-                        delay.median, delay.p95, delay.worst);
+    text += fmt::format(
+        "\nfirst position behind the first report's due time: median {:.1f} s, 95 % {:.1f} s, worst "
+        "{:.1f} s\n",
+        delay.median, delay.p95, delay.worst);
     if (!sum.others.empty()) text += "not due:" + sum.others + "\n";
     text += fmt::format("\n  {:42} {:^29}   {:^29}\n  {:42} {:>9} {:>9} {:>9}   {:>9} {:>9} {:>9}\n", "", "flown",
                         "plain interpolation", "", "median", "95 %", "worst", "median", "95 %", "worst");

@@ -11,9 +11,9 @@
 namespace hcr {
 namespace {
 
-constexpr f64 kLongestGap = 90;       // seconds; what happens in a longer one nobody knows
-constexpr f64 kNeighbourhood = 45;    // seconds of the reported path in which the nearest line is looked for
-constexpr f64 kWindow = 10;           // seconds around a moment whose reports allow an altitude or a rate of descent
+constexpr f64 kLongestGap = 90;     // seconds; what happens in a longer one nobody knows
+constexpr f64 kNeighbourhood = 45;  // seconds of the reported path in which the nearest line is looked for
+constexpr f64 kWindow = 10;         // seconds around a moment whose reports allow an altitude or a rate of descent
 constexpr f64 kLowFt = 1500;
 constexpr f64 kMovingKt = 20;
 constexpr f64 kSidewaysDeg = 60;
@@ -166,8 +166,7 @@ struct Meter {
             std::abs(wrapPi(p.heading * kDegToRad - motion.direction)) * kRadToDeg > kSidewaysDeg) {
             result.sidewaysSeconds += motion.seconds;
         }
-        if (motion.climb < -kDiveFtPerMin &&
-            lf_allowed(flight.reports, leg, p.at).steepest > -kReportedDiveFtPerMin) {
+        if (motion.climb < -kDiveFtPerMin && lf_allowed(flight.reports, leg, p.at).steepest > -kReportedDiveFtPerMin) {
             result.diveSeconds += motion.seconds;
         }
         standing = motion.speed < kStandingKt && told.speed > kReportedMovingKt ? standing + motion.seconds : 0;
@@ -285,7 +284,8 @@ FlightRecord interpolated(const FlightRecord& flight) {
 
 bool isDue(const FlightRecord& flight, std::string& reason) {
     const DbaseRecord* record = flight.registration.empty() ? nullptr : gf_dbaseRecord(flight.registration);
-    const std::string_view type = record != nullptr && !record->type.empty() ? record->type : std::string_view(flight.type);
+    const std::string_view type =
+        record != nullptr && !record->type.empty() ? record->type : std::string_view(flight.type);
     const auto together = [](const ReportedPoint& a, const ReportedPoint& b) { return b.at - a.at < kSpawnSeconds; };
     if (!gf_isValidType(type)) {
         reason = "unknown type";

@@ -18,26 +18,26 @@ Spread spreadOf(std::vector<f64>& values);
 /// report counts, and no gap of the reports longer than a minute and a half.
 struct Measures {
     // Samples, two a second, kept so that those of all aircraft can be put together.
-    std::vector<f64> pathMetres;      ///< distance from the reported path
-    std::vector<f64> crossMetres;     ///< distance from the line of the leg that is due at the time
-    std::vector<f64> timeErrors;      ///< seconds ahead of the reports (+) or behind them (-), as magnitudes
-    std::vector<f64> altErrors;       ///< feet
-    std::vector<f64> altErrorsLow;    ///< the same below 1500 ft
-    std::vector<f64> speedErrors;     ///< knots
-    std::vector<f64> speedChanges;    ///< knots a second
-    std::vector<f64> turnRates;       ///< degrees a second
-    f64 seconds = 0;                  ///< flown while reported
-    f64 sidewaysSeconds = 0;          ///< heading more than 60 degrees off the motion, above 20 kt
-    f64 diveSeconds = 0;              ///< sinking faster than 6000 ft/min, which no report has
-    f64 deafSeconds = 0;              ///< longest time standing while the reports move
-    i32 deaf = 0;                     ///< aircraft standing so for more than a minute
-    i32 teeth = 0;                    ///< climbs and dives of more than 300 ft that no report has
-    i32 toothed = 0;                  ///< aircraft with any
-    i32 jumps = 0;                    ///< aircraft that leap between two writes
-    i32 steps = 0;                    ///< aircraft whose altitude leaps between two writes
+    std::vector<f64> pathMetres;       ///< distance from the reported path
+    std::vector<f64> crossMetres;      ///< distance from the line of the leg that is due at the time
+    std::vector<f64> timeErrors;       ///< seconds ahead of the reports (+) or behind them (-), as magnitudes
+    std::vector<f64> altErrors;        ///< feet
+    std::vector<f64> altErrorsLow;     ///< the same below 1500 ft
+    std::vector<f64> speedErrors;      ///< knots
+    std::vector<f64> speedChanges;     ///< knots a second
+    std::vector<f64> turnRates;        ///< degrees a second
+    f64 seconds = 0;                   ///< flown while reported
+    f64 sidewaysSeconds = 0;           ///< heading more than 60 degrees off the motion, above 20 kt
+    f64 diveSeconds = 0;               ///< sinking faster than 6000 ft/min, which no report has
+    f64 deafSeconds = 0;               ///< longest time standing while the reports move
+    i32 deaf = 0;                      ///< aircraft standing so for more than a minute
+    i32 teeth = 0;                     ///< climbs and dives of more than 300 ft that no report has
+    i32 toothed = 0;                   ///< aircraft with any
+    i32 jumps = 0;                     ///< aircraft that leap between two writes
+    i32 steps = 0;                     ///< aircraft whose altitude leaps between two writes
     f64 jumpMetres = 0, stepFeet = 0;  ///< the largest of these
-    i32 flicker = 0;                  ///< comes again within two minutes of having gone
-    i32 removedEarly = 0;             ///< aircraft that leave for good while reports go on
+    i32 flicker = 0;                   ///< comes again within two minutes of having gone
+    i32 removedEarly = 0;              ///< aircraft that leave for good while reports go on
 };
 
 /// Of one aircraft.

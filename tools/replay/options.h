@@ -12,11 +12,11 @@ namespace hcr {
 
 struct ReplayOptions {
     std::filesystem::path feed;
-    std::string airport;          ///< a file, or LAT,LON,FT; empty: none
-    std::optional<LatLon> user;   ///< none: in the middle of the traffic
+    std::string airport;         ///< a file, or LAT,LON,FT; empty: none
+    std::optional<LatLon> user;  ///< none: in the middle of the traffic
     i32 rangeNm = 40;
-    f64 minutes = 0;              ///< of the recording; 0: all
-    std::filesystem::path work;   ///< folder with `input` and `output`; empty: found by replayData
+    f64 minutes = 0;             ///< of the recording; 0: all
+    std::filesystem::path work;  ///< folder with `input` and `output`; empty: found by replayData
     std::filesystem::path trace, picture;
     bool measure = false;
     std::string help;  ///< the help text when nothing else is wanted

@@ -83,10 +83,11 @@ int replay(const ReplayOptions& options) {
     if (options.measure) fmt::print("{}\n", measureText(log));
     const auto shown =
         std::count_if(log.flights.begin(), log.flights.end(), [](const FlightRecord& f) { return !f.flown.empty(); });
-    fmt::print("{:.1f} minutes of the feed flown in {:.1f} s, {:.0f} times as fast; user at {:.4f},{:.4f}, {} lines, {} "
-               "aircraft in range, {} of them flew\n",
-               duration / 60, took, (duration + kAfterwards) / took, user.lat, user.lon, lines.size(),
-               log.flights.size(), shown);
+    fmt::print(
+        "{:.1f} minutes of the feed flown in {:.1f} s, {:.0f} times as fast; user at {:.4f},{:.4f}, {} lines, {} "
+        "aircraft in range, {} of them flew\n",
+        duration / 60, took, (duration + kAfterwards) / took, user.lat, user.lon, lines.size(), log.flights.size(),
+        shown);
     fmt::print("{} creations, {} removals, {} events, {} positions; fingerprint {:016x}\n", commands.creations,
                commands.removals, commands.events, commands.writes, commands.hash);
     if (!whole) fmt::print("the program stopped by itself after {:.0f} s\n", run.seconds());

@@ -13,10 +13,10 @@
 namespace hcr {
 
 struct SimulatedRunOptions {
-    Scenario scenario;            ///< by default a user parked at Amsterdam
-    std::filesystem::path trace;  ///< trace file of the sandbox, none by default
-    i32 rangeNm = 40;             ///< fixed, whatever the settings say
-    f64 utc = 1700000000;         ///< time of day at the start, Unix seconds
+    Scenario scenario;                 ///< by default a user parked at Amsterdam
+    std::filesystem::path trace;       ///< trace file of the sandbox, none by default
+    i32 rangeNm = 40;                  ///< fixed, whatever the settings say
+    f64 utc = 1700000000;              ///< time of day at the start, Unix seconds
     bool everyTypeHasALivery = false;  ///< makes LiveriesScanned.xml anew, with one generic livery a type
 };
 

@@ -55,9 +55,10 @@ std::string lf_points(const View& view, const Track& track) {
 }
 
 void lf_drawReported(std::string& svg, const View& view, const Track& track) {
-    svg += fmt::format("<polyline points=\"{}\" fill=\"none\" stroke=\"#d5dae3\" stroke-width=\"6\" "
-                       "stroke-linejoin=\"round\"/>\n",
-                       lf_points(view, track));
+    svg += fmt::format(
+        "<polyline points=\"{}\" fill=\"none\" stroke=\"#d5dae3\" stroke-width=\"6\" "
+        "stroke-linejoin=\"round\"/>\n",
+        lf_points(view, track));
     for (const TrackPoint& p : track) {
         svg += fmt::format("<circle cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"2.2\" fill=\"#a3acbb\"/>\n", view.x(p.lon),
                            view.y(p.lat));
@@ -69,17 +70,19 @@ void lf_drawFlown(std::string& svg, const View& view, const std::string& name, c
     svg += fmt::format("<polyline points=\"{}\" fill=\"none\" stroke=\"hsl({},75%,42%)\" stroke-width=\"2\"/>\n",
                        lf_points(view, track), hue);
     const TrackPoint& last = track.back();
-    svg += fmt::format("<text x=\"{:.1f}\" y=\"{:.1f}\" font-size=\"11\" fill=\"hsl({},75%,32%)\">{} {:.0f} ft</text>\n",
-                       view.x(last.lon) + kLabelGap, view.y(last.lat) - kLabelGap, hue, lf_escape(name), last.alt);
+    svg +=
+        fmt::format("<text x=\"{:.1f}\" y=\"{:.1f}\" font-size=\"11\" fill=\"hsl({},75%,32%)\">{} {:.0f} ft</text>\n",
+                    view.x(last.lon) + kLabelGap, view.y(last.lat) - kLabelGap, hue, lf_escape(name), last.alt);
 }
 
 void lf_drawScale(std::string& svg, const View& view) {
     const f64 pixelsPerNm = view.scale / 60.0;
     const f64 nm = std::pow(10.0, std::floor(std::log10(300.0 / pixelsPerNm)));
     const f64 y = kHeight - 24;
-    svg += fmt::format("<path d=\"M30 {} h{:.1f} m0 -5 v10 M30 {} v10\" stroke=\"#333\" fill=\"none\"/>"
-                       "<text x=\"34\" y=\"{}\" font-size=\"12\">{:g} nm</text>\n",
-                       y, nm * pixelsPerNm, y - 5, y - 8, nm);
+    svg += fmt::format(
+        "<path d=\"M30 {} h{:.1f} m0 -5 v10 M30 {} v10\" stroke=\"#333\" fill=\"none\"/>"
+        "<text x=\"34\" y=\"{}\" font-size=\"12\">{:g} nm</text>\n",
+        y, nm * pixelsPerNm, y - 5, y - 8, nm);
 }
 
 }  // namespace
@@ -90,17 +93,19 @@ std::string drawTracks(const Tracks& flown, const Tracks& reported) {
         for (const TrackPoint& p : track) view.include(p);
     }
     view.fit();
-    std::string svg = fmt::format("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {} {}\" "
-                                  "font-family=\"sans-serif\">\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n",
-                                  kWidth, kHeight);
+    std::string svg = fmt::format(
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {} {}\" "
+        "font-family=\"sans-serif\">\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n",
+        kWidth, kHeight);
     for (const auto& [name, track] : flown) {
         const auto told = reported.find(name);
         if (told != reported.end()) lf_drawReported(svg, view, told->second);
     }
     for (const auto& [name, track] : flown) lf_drawFlown(svg, view, name, track);
-    svg += fmt::format("<text x=\"30\" y=\"30\" font-size=\"16\">{} aircraft: reported (grey, a dot per report) and "
-                       "flown (colour)</text>\n",
-                       flown.size());
+    svg += fmt::format(
+        "<text x=\"30\" y=\"30\" font-size=\"16\">{} aircraft: reported (grey, a dot per report) and "
+        "flown (colour)</text>\n",
+        flown.size());
     lf_drawScale(svg, view);
     return svg + "</svg>\n";
 }

@@ -12,11 +12,11 @@ namespace hcr {
 
 /// One airport that the program knows.
 struct AirportEntry {
-    std::string code;        ///< ICAO code, the key
+    std::string code;  ///< ICAO code, the key
     std::string iata;
-    f64 lat = 0, lon = 0;    ///< degrees
-    f64 alt = 0;             ///< field elevation, feet
-    i32 stands = 0;          ///< 0: no archived airport file; 1 or more: there is one
+    f64 lat = 0, lon = 0;  ///< degrees
+    f64 alt = 0;           ///< field elevation, feet
+    i32 stands = 0;        ///< 0: no archived airport file; 1 or more: there is one
 };
 
 /// An airport at which the user may find static parking, nearest first.

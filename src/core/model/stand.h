@@ -8,10 +8,10 @@ namespace hcr {
 
 /// One stand of the park airport. The airport's file will bring its further attributes.
 struct ParkPos {
-    u32 number = 0;          ///< standId of the aircraft on it
-    std::string id;          ///< the stand's name
-    f64 lat = 0, lon = 0;    ///< degrees
-    f64 heading = 0;         ///< radians
+    u32 number = 0;        ///< standId of the aircraft on it
+    std::string id;        ///< the stand's name
+    f64 lat = 0, lon = 0;  ///< degrees
+    f64 heading = 0;       ///< radians
     bool cargo = false;
     bool takenByLive = false;
 };

@@ -8,8 +8,8 @@
 
 #include "core/model/aircraft.h"
 #include "core/model/record_queue.h"
-#include "core/model/stand.h"
 #include "core/model/sim_requests.h"
+#include "core/model/stand.h"
 
 namespace hcr {
 

@@ -16,12 +16,12 @@
 #include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "platform/clock.h"
+#include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/dispatch.h"
@@ -210,8 +210,8 @@ bool gf_resetRun() {
     gRenewStatics = false;
     gRenewPhase = false;
     gf_collectCallsigns(false);
-    for (std::atomic<bool>* flag : {&gFlushStaticCmd, &gReReadCmd, &gRefreshCsListCmd, &gShowSelectionCmd, &gBlockCmd,
-                                    &gClearNoMatchCmd}) {
+    for (std::atomic<bool>* flag :
+         {&gFlushStaticCmd, &gReReadCmd, &gRefreshCsListCmd, &gShowSelectionCmd, &gBlockCmd, &gClearNoMatchCmd}) {
         *flag = false;
     }
     gLastTickUs = 0;

@@ -10,6 +10,7 @@
 #include "parking/catalogue.h"
 #include "platform/system.h"
 #include "scenery/install.h"
+#include "shell/controls.h"
 #include "shell/data_update.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -18,7 +19,6 @@
 #include "shell/settings.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 
 namespace hcr {

@@ -14,12 +14,12 @@
 #include "parking/catalogue.h"
 #include "parking/park_airport.h"
 #include "scenery/airport_scan.h"
+#include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/text_files.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/flight_plan.h"
 
@@ -46,9 +46,9 @@ struct MessageQueue {
 };
 MessageQueue gMessages;
 
-constexpr std::array<const char*, 9> kReasonTexts = {
-    "NOT YET SET", "SIM WAS CLOSED",   "NEW FLIGHT",   "NEW SETTINGS", "USER CLOSED SIM",
-    "SIMCONNECT ERROR", "READER ERROR", "SYSTEM ERROR", "NEW VERSION"};
+constexpr std::array<const char*, 9> kReasonTexts = {"NOT YET SET",  "SIM WAS CLOSED",  "NEW FLIGHT",
+                                                     "NEW SETTINGS", "USER CLOSED SIM", "SIMCONNECT ERROR",
+                                                     "READER ERROR", "SYSTEM ERROR",    "NEW VERSION"};
 
 void lf_loadLiveries() {
     if (SCAN_LIVERIES.current) {

@@ -12,7 +12,7 @@ namespace hcr {
 
 enum class WindowMessage : u32 {
     none = 0,
-    startRun = 0x8001,  ///< start a new run thread; it replaces the last one, which is joined
+    startRun = 0x8001,    ///< start a new run thread; it replaces the last one, which is joined
     endProgram = 0x8002,  ///< save the window's position, end the message loop with gExitCode
 };
 /// Posts to the window thread; any thread.
@@ -27,11 +27,10 @@ extern i64 gLastTickUs;      ///< steady time of the last tick, 0 before the fir
 extern u32 gSeconds;         ///< seconds since the worker loop began, wraps to 0 at 86400
 extern bool gFlightStopped;  ///< the flight is not running now
 extern i32 gNotRunningCycles;
-extern bool gRenewPhase;     ///< a renewal of the static parking collects callsigns; it runs 15 seconds later
+extern bool gRenewPhase;  ///< a renewal of the static parking collects callsigns; it runs 15 seconds later
 
 // Commands of the window thread, each taken by the tick.
-extern std::atomic<bool> gFlushStaticCmd, gReReadCmd, gRefreshCsListCmd, gShowSelectionCmd, gBlockCmd,
-    gClearNoMatchCmd;
+extern std::atomic<bool> gFlushStaticCmd, gReReadCmd, gRefreshCsListCmd, gShowSelectionCmd, gBlockCmd, gClearNoMatchCmd;
 
 /// Entry of a run.
 void gf_runThread();

@@ -10,11 +10,11 @@ namespace hcr {
 /// One live aircraft as a face of the program shows it.
 struct AircraftRow {
     std::string callsign, model, registration, title;
-    i32 matchStep = -1;      ///< of the livery, -1 = none
-    f64 lat = 0, lon = 0;    ///< degrees
-    f64 alt = 0;             ///< feet
-    f64 tas = 0;             ///< knots
-    f64 distance = 0;        ///< nm from the user
+    i32 matchStep = -1;    ///< of the livery, -1 = none
+    f64 lat = 0, lon = 0;  ///< degrees
+    f64 alt = 0;           ///< feet
+    f64 tas = 0;           ///< knots
+    f64 distance = 0;      ///< nm from the user
     LifeState lifeState = LifeState::buffer;
     FlightState flightState = FlightState::birth;
 };

@@ -20,12 +20,12 @@
 #include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "platform/clock.h"
+#include "shell/controls.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
 #include "shell/time_text.h"
-#include "shell/controls.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"
@@ -35,9 +35,9 @@ namespace hcr {
 namespace {
 
 constexpr int kReportsPerCycle = 2;
-constexpr i32 kInRangeTicks = 20;         // status of all AI aircraft, five times a second
-constexpr i32 kPositionTicks = 100;       // user's position, once a second
-constexpr i32 kMessageSeconds = 25;       // a message stays this long in its line
+constexpr i32 kInRangeTicks = 20;    // status of all AI aircraft, five times a second
+constexpr i32 kPositionTicks = 100;  // user's position, once a second
+constexpr i32 kMessageSeconds = 25;  // a message stays this long in its line
 constexpr u32 kSecondsPerDay = 86400;
 constexpr i64 kUsPerSecond = 1'000'000;
 constexpr f64 kLongestGapUs = 5e6;  // between two cycles; a longer one is a pause

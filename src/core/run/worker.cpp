@@ -1,3 +1,5 @@
+#include "core/run/worker.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,7 +11,6 @@
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "core/run/run.h"
-#include "core/run/worker.h"
 #include "feed/control_channel.h"
 #include "feed/qnh_reader.h"
 #include "feed/traffic_reader.h"
@@ -26,13 +27,13 @@
 namespace hcr {
 namespace {
 
-constexpr i64 kCycleUs = 10'000;          // one tick of simTick
-constexpr i64 kShortestSleepUs = 1'000;   // below this a sleep would overshoot
-constexpr i64 kStopPollMs = 100;          // a stop is seen in every wait within 200 ms
+constexpr i64 kCycleUs = 10'000;         // one tick of simTick
+constexpr i64 kShortestSleepUs = 1'000;  // below this a sleep would overshoot
+constexpr i64 kStopPollMs = 100;         // a stop is seen in every wait within 200 ms
 constexpr i64 kFlightPollMs = 100;
 constexpr i64 kPositionPollMs = 500;
 constexpr i64 kIdentityPollMs = 200;
-constexpr i64 kReaderPauseMs = 2'000;     // the weather reader gets a head start on the traffic reader
+constexpr i64 kReaderPauseMs = 2'000;  // the weather reader gets a head start on the traffic reader
 constexpr i64 kTimestampPollMs = 100;
 constexpr i32 kTimestampPolls = 150;
 

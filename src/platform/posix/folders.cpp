@@ -13,9 +13,7 @@ namespace hcr {
 namespace {
 
 struct FolderCloser {
-    void operator()(DIR* folder) const {
-        closedir(folder);
-    }
+    void operator()(DIR* folder) const { closedir(folder); }
 };
 
 bool lf_isDots(const char* name) {
@@ -34,11 +32,15 @@ EntryKind lf_askKind(int folder, const char* name) {
 
 EntryKind lf_kind(DIR* folder, const dirent& entry) {
     switch (entry.d_type) {
-        case DT_REG: return EntryKind::file;
-        case DT_DIR: return EntryKind::folder;
+        case DT_REG:
+            return EntryKind::file;
+        case DT_DIR:
+            return EntryKind::folder;
         case DT_LNK:
-        case DT_UNKNOWN: return lf_askKind(dirfd(folder), entry.d_name);
-        default: return EntryKind::other;
+        case DT_UNKNOWN:
+            return lf_askKind(dirfd(folder), entry.d_name);
+        default:
+            return EntryKind::other;
     }
 }
 

@@ -15,9 +15,7 @@ constexpr const char* kNoText = "\xFF";  // no UTF-8 text holds this byte
 
 struct SearchCloser {
     using pointer = HANDLE;
-    void operator()(HANDLE search) const {
-        FindClose(search);
-    }
+    void operator()(HANDLE search) const { FindClose(search); }
 };
 
 bool lf_isDots(const wchar_t* name) {

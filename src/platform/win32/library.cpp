@@ -18,9 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct LocalDeleter {
-    void operator()(wchar_t* text) const {
-        LocalFree(text);
-    }
+    void operator()(wchar_t* text) const { LocalFree(text); }
 };
 
 std::string lf_utf8(std::wstring_view text) {

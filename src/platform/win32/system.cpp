@@ -14,25 +14,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr INT_PTR kShellFailure = 32;      // ShellExecuteW: up to here its result is an error
+constexpr INT_PTR kShellFailure = 32;  // ShellExecuteW: up to here its result is an error
 
 struct CoTaskDeleter {
-    void operator()(wchar_t* text) const {
-        CoTaskMemFree(text);
-    }
+    void operator()(wchar_t* text) const { CoTaskMemFree(text); }
 };
 
 struct LocalDeleter {
-    void operator()(LPWSTR* list) const {
-        LocalFree(list);
-    }
+    void operator()(LPWSTR* list) const { LocalFree(list); }
 };
 
 struct HandleDeleter {
     using pointer = HANDLE;
-    void operator()(HANDLE handle) const {
-        CloseHandle(handle);
-    }
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
 
 fs::path lf_knownFolder(const KNOWNFOLDERID& id) {

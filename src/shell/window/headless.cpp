@@ -26,7 +26,7 @@ namespace {
 
 constexpr i64 kPollMs = 50;
 constexpr i64 kCounterSeconds = 10;
-constexpr std::size_t kTableRows = 22;   // fits a terminal of 30 lines with head, counters and message
+constexpr std::size_t kTableRows = 22;  // fits a terminal of 30 lines with head, counters and message
 constexpr std::size_t kTitleWidth = 34;
 
 std::atomic<bool> gTerminate{false};
@@ -49,13 +49,13 @@ const char* lf_lampText(i32 lamp) {
 }
 
 std::string lf_countersLine() {
-    return fmt::format("live {}, parked {}, static {} | simulator {}, flight {} | RealTraffic {}, feed {}, weather {} | "
-                       "QNH {} | lines {}, reports {}",
-                       gWindow.liveCount.load(), gWindow.parkedLiveCount.load(), gWindow.staticCount.load(),
-                       gWindow.simConnected ? "connected" : "not connected",
-                       gWindow.flightRunning ? "running" : "not running", gWindow.rtConnected ? "on" : "off",
-                       lf_lampText(gWindow.trafficLamp), lf_lampText(gWindow.weatherLamp), gWindow.qnh.load(),
-                       gFeedCounters.received.load(), gFeedCounters.accepted.load());
+    return fmt::format(
+        "live {}, parked {}, static {} | simulator {}, flight {} | RealTraffic {}, feed {}, weather {} | "
+        "QNH {} | lines {}, reports {}",
+        gWindow.liveCount.load(), gWindow.parkedLiveCount.load(), gWindow.staticCount.load(),
+        gWindow.simConnected ? "connected" : "not connected", gWindow.flightRunning ? "running" : "not running",
+        gWindow.rtConnected ? "on" : "off", lf_lampText(gWindow.trafficLamp), lf_lampText(gWindow.weatherLamp),
+        gWindow.qnh.load(), gFeedCounters.received.load(), gFeedCounters.accepted.load());
 }
 
 std::string lf_cut(const std::string& text, std::size_t width) {

@@ -10,9 +10,9 @@ namespace hcr {
 #pragma pack(push, 1)
 
 struct SIMCONNECT_RECV {
-    u32 dwSize;     ///< of the whole message
+    u32 dwSize;  ///< of the whole message
     u32 dwVersion;
-    u32 dwID;       ///< SimRecvId
+    u32 dwID;  ///< SimRecvId
 };
 
 struct SIMCONNECT_RECV_EXCEPTION : SIMCONNECT_RECV {
@@ -62,11 +62,11 @@ struct SIMCONNECT_RECV_SIMOBJECT_DATA : SIMCONNECT_RECV {
 };
 
 struct SIMCONNECT_DATA_INITPOSITION {
-    f64 Latitude, Longitude;     ///< degrees
-    f64 Altitude;                ///< feet
-    f64 Pitch, Bank, Heading;    ///< degrees
-    u32 OnGround;                ///< 0 or 1
-    u32 Airspeed;                ///< knots
+    f64 Latitude, Longitude;   ///< degrees
+    f64 Altitude;              ///< feet
+    f64 Pitch, Bank, Heading;  ///< degrees
+    u32 OnGround;              ///< 0 or 1
+    u32 Airspeed;              ///< knots
 };
 
 /// Answer to a call that creates an object.
@@ -85,7 +85,7 @@ struct UserAircraftData {
     i64 zuluTime;              ///< seconds of the day
     i64 zuluDay;               ///< day of the year, from 1
     i64 zuluYear;
-    i64 lightStates;           ///< mask
+    i64 lightStates;  ///< mask
 };
 
 /// Definition 404: periodic status of an AI aircraft.

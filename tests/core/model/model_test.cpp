@@ -12,12 +12,8 @@ namespace hcr {
 namespace {
 
 struct Model : testing::Test {
-    void SetUp() override {
-        gf_clearTables();
-    }
-    void TearDown() override {
-        gf_clearTables();
-    }
+    void SetUp() override { gf_clearTables(); }
+    void TearDown() override { gf_clearTables(); }
 };
 
 LiveAc flyingAircraft(u32 hexid) {

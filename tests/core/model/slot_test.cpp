@@ -34,9 +34,7 @@ TEST(Slot, BeginsHalfAMinuteEarlyAndKeepsTheWeekday) {
 }
 
 struct HeldClock {
-    HeldClock() {
-        gf_holdClock(1795869900);
-    }
+    HeldClock() { gf_holdClock(1795869900); }
     ~HeldClock() {
         gf_releaseClock();
         gFeedClock = false;

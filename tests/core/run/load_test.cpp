@@ -34,9 +34,7 @@ struct StartLoad : testing::Test {
         saveInstallPath("packages");
     }
 
-    ~StartLoad() override {
-        test::resetProgram();
-    }
+    ~StartLoad() override { test::resetProgram(); }
 
     static void saveInstallPath(const std::string& path) {
         PROGRAM_VERSION.current.set(gf_programVersion().text());
@@ -105,8 +103,9 @@ TEST_F(StartLoad, MakesTheFoldersAndTakesStaleFilesAway) {
 
 TEST_F(StartLoad, WhatIsMissingIsTold) {
     saveInstallPath("");
-    EXPECT_EQ(load(), "150: No install path detected. Type the full path to your Community folder above, then press "
-                      "Enter");
+    EXPECT_EQ(load(),
+              "150: No install path detected. Type the full path to your Community folder above, then press "
+              "Enter");
     gNoWindow = true;
     EXPECT_NE(load().find("set MSFS_INSTALL_PATH in " + gf_shownPath(gFiles().settings)), std::string::npos);
     gNoWindow = false;

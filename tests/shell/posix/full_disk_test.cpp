@@ -33,9 +33,7 @@ struct FullDisk : test::ShellWorld {
         gf_clearMessage();
         ShellWorld::TearDown();
     }
-    static bool isTold() {
-        return gf_currentMessage().find(kFull) != std::string::npos;
-    }
+    static bool isTold() { return gf_currentMessage().find(kFull) != std::string::npos; }
 };
 
 TEST_F(FullDisk, IsToldAndTheOldFilesStay) {

@@ -20,9 +20,7 @@ struct SandboxCall {
     SimResult result = kSandboxOk;
     u32 packet = 0;
 
-    bool sent() const {
-        return result == kSandboxOk;
-    }
+    bool sent() const { return result == kSandboxOk; }
 };
 
 /// Begins a call that is sent to the simulator. `valid` false: an argument that the client library itself refuses.

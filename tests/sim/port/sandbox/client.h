@@ -14,9 +14,7 @@ namespace hcr {
 struct SeenMessage {
     std::vector<u8> bytes;
 
-    u32 id() const {
-        return as<SIMCONNECT_RECV>().dwID;
-    }
+    u32 id() const { return as<SIMCONNECT_RECV>().dwID; }
     template <class Message>
     Message as() const {
         Message message{};
@@ -42,21 +40,15 @@ struct SandboxClient : ::testing::Test {
     SimHandle handle = nullptr;
     std::vector<SeenMessage> seen;
 
-    void SetUp() override {
-        gf_holdClock(kUtc);
-    }
+    void SetUp() override { gf_holdClock(kUtc); }
     void TearDown() override {
         gf_setSandboxPositionHook(nullptr, nullptr);
         gf_stopSandbox();
         gf_releaseClock();
     }
 
-    void start(const Scenario& scenario, const std::filesystem::path& trace = {}) {
-        gf_startSandbox(scenario, trace);
-    }
-    void open() {
-        ASSERT_GE(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0);
-    }
+    void start(const Scenario& scenario, const std::filesystem::path& trace = {}) { gf_startSandbox(scenario, trace); }
+    void open() { ASSERT_GE(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0); }
 
     static void keep(SIMCONNECT_RECV* message, u32 size, void* context) {
         const u8* bytes = reinterpret_cast<const u8*>(message);

@@ -22,9 +22,7 @@ constexpr u32 kLive = 4740001;
 constexpr int kMostCycles = 60000;
 
 struct SessionOnLibrary : SessionTest {
-    SessionOnLibrary() {
-        gSimHandle = nullptr;
-    }
+    SessionOnLibrary() { gSimHandle = nullptr; }
 
     void addLive() {
         LiveAc& ac = gLiveAcs.emplace_back();

@@ -15,6 +15,7 @@ void gf_updateAllLive();
 bool updateLiveAc(LiveAc& ac);
 /// S2 was reached: it becomes S1, and the leg to the next one is planned.
 void nextPosMain(LiveAc& ac);
+/// Adds the increments of one cycle, 10 ms.
 void lf_stepPosition(LiveAc& ac);
 
 }  // namespace hcr

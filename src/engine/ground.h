@@ -19,7 +19,9 @@ void lf_groundTiming(LiveAc& ac);
 void stepGround(LiveAc& ac);
 /// The stand on which an aircraft appears, if it appears on one.
 std::optional<u32> lf_standAtSpawn(LiveAc& ac);
+/// Puts an aircraft that has reached its stand into `parked`.
 void lf_arriveAtStand(LiveAc& ac);
+/// A passenger aircraft stands on a cargo stand: the stand loses that mark.
 void lf_clearCargo(LiveAc& ac);
 
 }  // namespace hcr

@@ -8,6 +8,7 @@ namespace hcr {
 
 // The lines of an aircraft.cfg. Any thread; nothing is allocated.
 
+/// The keys of a section that the scan reads; any other is `none`.
 enum class CfgKey { none, title, texture, baseContainer, typeDesignator, atcId, airline, parkingTypes };
 
 /// A line of a known key: its name in any case, "=", and a value. Of a value with quotes only the text between the

@@ -18,18 +18,22 @@ namespace hcr {
 
 using TextOrderedSet = std::set<std::string, std::less<>>;
 
+/// The airports, by ICAO code, that one publisher is known to have made.
 struct AirportList {
     std::string publisher;
     std::vector<std::string> airports;
 };
 
+/// ICAO designators of types and airlines in capitals; names of publishers in simAddons20.
 extern TextOrderedSet aircraftTypes, cargoTypes, icaoAirlines, cargoOperators, simAddons20;
 extern std::array<TextOrderedSet, 6> gClassTypes;  ///< by class; class 0 stays empty
+/// Types, and publishers' names, that stand for each other: a group per element.
 extern std::vector<std::vector<std::string>> similarGroups, publisherGroups;
 extern std::map<std::string, f64, std::less<>> halfSpans;  ///< nautical miles
-extern std::array<f64, 6> classHalfSpan;
-extern f64 maxHalfSpan;
-extern TextMap<std::string> typeFixes;
+extern std::array<f64, 6> classHalfSpan;  ///< by class, mean of its types, nautical miles; 0 without any
+extern f64 maxHalfSpan;                   ///< of all types, nautical miles
+extern TextMap<std::string> typeFixes;    ///< wrong type to right one
+/// For MSFS 2020 and MSFS 2024.
 extern std::vector<AirportList> thirdParties20, thirdParties24;
 extern RegistrationTable dbaseRecords;                  ///< the real airframes
 extern TextMap<std::vector<std::string>> similarTypes;  ///< type to types with a generic livery
@@ -43,8 +47,10 @@ std::string gf_readDbaseText(std::string text);
 /// Empties every table; for tests.
 void gf_forgetDbase();
 
+/// Whether the reference data know this type or airline. Any thread once they are read.
 bool gf_isValidType(std::string_view type);
 bool gf_isAirline(std::string_view code);
+/// AircraftCategory of a type, Light for one that stands nowhere. Any thread, as above.
 i32 gf_acClass(std::string_view type);
 /// Half wing span in nautical miles: the type's, else the mean of its class (0 for a class without any).
 f64 gf_halfSpanNm(std::string_view type);

@@ -5,17 +5,20 @@
 
 namespace hcr {
 
+/// What an entry of a folder is.
 enum class EntryKind {
     file,    ///< a regular file, or a link to one
     folder,  ///< never a link
     other,
 };
 
+/// One entry of a folder.
 struct FolderEntry {
     std::string name;  ///< UTF-8; of a name that is no text, bytes that aren't valid UTF-8
     EntryKind kind = EntryKind::other;
 };
 
+/// What gf_listFolder found.
 struct FolderListing {
     std::vector<FolderEntry> entries;  ///< in the byte order of their names
     std::string error;                 ///< the system's words when the folder, or the rest of it, can't be read

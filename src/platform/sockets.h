@@ -39,24 +39,32 @@ void gf_setReceiveBuffer(Socket s, i32 bytes);
 void gf_countDrops(Socket s);
 /// Lets a port be bound at once although former connections linger on it. Returns an error number, 0 = fine.
 i32 gf_setReuseAddress(Socket s);
+/// Sends small pieces at once. Returns an error number, 0 = fine.
 i32 gf_setNoDelay(Socket s);
+/// Whether calls wait. Returns an error number, 0 = fine.
 i32 gf_setBlocking(Socket s, bool blocking);
+/// Lets others connect. Returns an error number, 0 = fine.
 i32 gf_listen(Socket s);
 /// True when the socket can be read (or accepted from) within the time, scaled by gf_clockFactor. `error` as above.
 bool gf_waitReadable(Socket s, i64 milliseconds, i32& error);
 /// True when the socket can be written within the time.
 bool gf_waitWritable(Socket s, i64 milliseconds, i32& error);
+/// The next connection; invalid and `error` set when there is none.
 Socket gf_accept(Socket listener, i32& error);
 /// Connects to an IPv4 address or name; 0 = fine.
 i32 gf_connect(Socket s, const std::string& host, u16 port);
+/// Sends what fits into the system's buffer, which may be less than all.
 SocketResult gf_send(Socket s, std::string_view data);
+/// Sends one datagram to an IPv4 address.
 SocketResult gf_sendTo(Socket s, std::string_view data, const std::string& ipv4, u16 port);
+/// Up to `size` bytes; 0 when the other side has closed the connection.
 SocketResult gf_receive(Socket s, char* buffer, i64 size);
 /// Like gf_receive, but what was read stays there for the next receive.
 SocketResult gf_peek(Socket s, char* buffer, i64 size);
 /// One datagram. `dropped`, when not null, receives the running count of datagrams that the system threw away on this
 /// socket; it is left alone where the system doesn't tell.
 SocketResult gf_receiveDatagram(Socket s, char* buffer, i64 size, u32* dropped = nullptr);
+/// Closes it and makes it invalid; does nothing to an invalid one.
 void gf_closeSocket(Socket& s);
 
 /// Resolves a port given as text or service name, for a passive IPv4 address; returns an error number, 0 = fine.

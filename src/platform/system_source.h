@@ -6,6 +6,7 @@ namespace hcr {
 
 // The system's side of system.h. Only user_folders.cpp calls these.
 
+/// Folder of the user's settings, and of his data on this computer; empty when the system tells none. Any thread.
 std::filesystem::path gf_systemRoamingFolder();
 std::filesystem::path gf_systemLocalFolder();
 

@@ -17,7 +17,9 @@ std::wstring gf_utf8ToWide(std::string_view text);
 std::string gf_wideToUtf8(std::wstring_view text);
 /// UTF-16 code units to UTF-8, whatever the size of wchar_t. Throws like gf_wideToUtf8.
 std::string gf_utf16ToUtf8(std::u16string_view text);
+/// Whether the text is whole, valid UTF-8.
 bool gf_isUtf8(std::string_view text);
+/// Between a path and its UTF-8; throws std::runtime_error for what isn't valid.
 std::filesystem::path gf_pathFromUtf8(std::string_view text);
 /// The same for paths that people and the simulator's files write: a backslash separates folders on every system.
 std::filesystem::path gf_pathFromAnySeparators(std::string_view text);
@@ -38,6 +40,7 @@ std::string gf_errorText(const std::error_code& error);
 std::string_view gf_trim(std::string_view text);
 /// Split at every comma (every `separator`), untrimmed; "" gives one empty piece.
 std::vector<std::string_view> gf_splitCommas(std::string_view text);
+/// The same with another separator.
 std::vector<std::string_view> gf_split(std::string_view text, char separator);
 /// ASCII upper case.
 std::string gf_upper(std::string_view text);

@@ -65,6 +65,7 @@ struct WindowState {
     std::atomic<i32> weatherLamp{3};
 };
 
+/// The one that the window shows.
 extern WindowState gWindow;
 
 /// Puts every field back to its start value, but for the kept ones. Run thread.
@@ -80,6 +81,7 @@ u64 gf_repaintCount();
 
 /// Texts of the quality pair and of a number of hours, as the window shows them.
 std::string gf_qualityText(i32 real, i32 soft);
+/// Whole hours without a decimal, others with one.
 std::string gf_hoursText(f32 hours);
 
 /// The two lines together, for faces without a window: the error line if there is one, else the message line.

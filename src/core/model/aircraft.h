@@ -23,11 +23,15 @@ enum class FlightState : i32 {
     birth = 7,
 };
 
+/// The name as it is logged; std::out_of_range for a value outside of the enumeration. Any thread.
 const char* lifeStateName(LifeState state);
+/// The name as it is logged; std::out_of_range for a value outside of the enumeration. Any thread.
 const char* flightStateName(FlightState state);
 
 inline constexpr u32 kLastStaticId = 10000;  ///< hexid up to here: static aircraft, above: live aircraft
+/// Value of throttleIndex before a setting was sent, which is 0..4.
 inline constexpr i32 kNoThrottleSent = 5;
+/// Value of flapsIndex before a setting was sent, which is 0..3.
 inline constexpr i32 kNoFlapsSent = 4;
 
 /// A record on a stand: the common head of all aircraft records. Owned by the run thread.

@@ -9,6 +9,7 @@ namespace hcr {
 /// Category of an aircraft; the value of acClass.
 enum AircraftCategory : i32 { Light = 0, Buzjets = 1, Large = 2, Heavy = 3, HighPerf = 4, Rotorcraft = 5 };
 
+/// Categories, 0..5.
 inline constexpr i32 kClassCount = 6;
 
 /// One column of the class table: a value per class.
@@ -21,6 +22,7 @@ const T& classValue(const ClassTable<T>& table, i32 acClass) {
     return table.at(static_cast<std::size_t>(acClass));
 }
 
+/// By class, as the log names them.
 extern const ClassTable<const char*> kClassNames;
 // Pitches in radians (negative = nose up), rates in radians or feet per centisecond, speeds in knots.
 extern const ClassTable<f64> kRotationPitch, kClimbPitch, kTaxiTurnRate, kMaxClimbPerCs, kStandTaxiSpeed,

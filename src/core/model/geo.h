@@ -7,11 +7,12 @@ namespace hcr {
 // Spherical geometry. Latitudes and longitudes in degrees, bearings in radians. Any thread.
 
 inline constexpr f64 kPi = 3.14159265358979323846;
-inline constexpr f64 kDegToRad = kPi / 180.0;
-inline constexpr f64 kRadToDeg = 180.0 / kPi;
-inline constexpr f64 kFeetPerNm = 6076.11549;
-inline constexpr f64 kMetresPerNm = 1852.0;
+inline constexpr f64 kDegToRad = kPi / 180.0;  ///< radians in a degree
+inline constexpr f64 kRadToDeg = 180.0 / kPi;  ///< degrees in a radian
+inline constexpr f64 kFeetPerNm = 6076.11549;  ///< international feet
+inline constexpr f64 kMetresPerNm = 1852.0;    ///< by definition
 
+/// A place in degrees: north and east are positive.
 struct LatLon {
     f64 lat = 0, lon = 0;
 };
@@ -30,6 +31,7 @@ f64 wrapTwoPi(f64 radians);
 
 /// Two positions count as equal when both coordinates agree within this many degrees.
 inline constexpr f64 kSamePosition = 1e-8;
+/// Whether two places in degrees agree within kSamePosition.
 bool samePosition(f64 latA, f64 lonA, f64 latB, f64 lonB);
 /// A position is known when one of its coordinates is above 0.0001 degrees in magnitude.
 bool positionKnown(f64 lat, f64 lon);

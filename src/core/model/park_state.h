@@ -33,6 +33,7 @@ extern std::vector<ParkAirportEntry> gParkAirports;  ///< under gParkAirportsMut
 extern AirportEntry gParkAirport;                    ///< code empty without a park airport
 extern std::string gSelectedStand;                   ///< the reserved stand, empty when there is none
 
+/// Whether a park airport is set. Run thread.
 bool gf_hasParkAirport();
 /// Elevation of the park airport in feet, or `without` when none is set.
 f64 gf_parkAirportAlt(f64 without);

@@ -25,6 +25,7 @@ struct PositionCommand {
     u32 objectId = 0;
 };
 
+/// One event with its value for one object.
 struct EventCommand {
     u32 objectId = 0;
     u32 eventId = 0;  ///< client event

@@ -14,8 +14,8 @@
 namespace hcr {
 
 // The engine's tables. They live as long as the process and belong to the run thread, but for gReports, which the
-// Traffic Reader fills under gReportMutex. The run thread holds it while it works on the two reports of a cycle, in
-// which it may take the simulator lock or the log's; nobody who holds another lock may take it.
+// Traffic Reader fills under gReportMutex. That is held for the moment in which a report is put in or taken, or all are
+// dropped; nobody who holds it takes another lock.
 
 /// A parked live aircraft and the time that it has been there, for the window.
 struct CallsignParked {
@@ -24,26 +24,28 @@ struct CallsignParked {
     i32 minutes = 0;
 };
 
-extern std::vector<LiveAc> gLiveAcs;
-extern std::vector<ParkedAc> gParkedAcs;
-extern std::vector<ParkPos> gStands;
+extern std::vector<LiveAc> gLiveAcs;      ///< in the order of their arrival in range
+extern std::vector<ParkedAc> gParkedAcs;  ///< static aircraft
+extern std::vector<ParkPos> gStands;      ///< of the park airport, numbered from 1 in this order
 extern std::mutex gReportMutex;
+/// Decoded and not yet taken by the worker, oldest first; under gReportMutex.
 extern RecordQueue<TrafficReport> gReports;
-extern bool gAcceptReports;  ///< the decoder may queue reports; under gReportMutex
-extern std::vector<u32> gAddingStack;
-extern std::deque<AiCreateRequest> gLiveAdding;
-extern std::deque<AiCreateRequest> gParkedAdding;
-extern std::deque<u32> gRemovedObjects;
-extern std::list<u32> gCoupledQueue;
-extern std::vector<CallsignParked> gCallsignParked;
-extern std::vector<ParkPlanEntry> gParkPlanQueue;
-extern std::vector<std::string> gGhosts;
+extern bool gAcceptReports;            ///< the decoder may queue reports; under gReportMutex
+extern std::vector<u32> gAddingStack;  ///< hexids that wait for a creation, the next one at the end
+/// Creations of live and of static aircraft that are still to be handed over, oldest first.
+extern std::deque<AiCreateRequest> gLiveAdding, gParkedAdding;
+extern std::deque<u32> gRemovedObjects;              ///< object ids that are to be removed, oldest first
+extern std::list<u32> gCoupledQueue;                 ///< hexids of aircraft whose other callsign is to be looked for
+extern std::vector<CallsignParked> gCallsignParked;  ///< live aircraft that are parked, as of the last plan
+extern std::vector<ParkPlanEntry> gParkPlanQueue;  ///< static aircraft that are to be created, the next one at the end
+extern std::vector<std::string> gGhosts;           ///< names under which objects of ours are still shown that have left
 
 /// Room for the usual numbers; first run.
 void gf_reserveTables();
 /// Empties every table above.
 void gf_clearTables();
 
+/// The record of a number, or null; good until the table changes. Run thread, like all below.
 LiveAc* findLiveByHexid(u32 hexid);
 LiveAc* findLiveByObject(u32 objectId);
 LiveAc* findLiveByCallsign(std::string_view callsign);
@@ -51,8 +53,8 @@ ParkedAc* findParkedByHexid(u32 hexid);
 ParkedAc* findParkedByObject(u32 objectId);
 ParkPos* findStand(u32 standId);
 
-/// The invariants of the live table as a text that names the first one broken; empty when all hold. Called by debug
-/// builds and by tests after each cycle.
+/// The invariants of the live table as a text that names the first one broken; empty when all hold. Debug
+/// builds ask each second and end at a fault, tests after each cycle.
 std::string validateLiveTable();
 
 }  // namespace hcr

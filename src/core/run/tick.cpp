@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/model/geo.h"
 #include "core/model/labels.h"
@@ -274,6 +275,13 @@ void lf_handleAddingStack() {
 }
 
 void gf_everySecond() {
+#ifdef HALCYRANE_VALIDATE
+    if (const std::string fault = validateLiveTable(); !fault.empty()) {
+        gf_logError(fault);
+        gf_logFlush();
+        std::abort();
+    }
+#endif
     lf_resumeAfterStop();
     lf_ageMessage();
     gf_refreshCounters();

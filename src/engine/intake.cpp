@@ -20,10 +20,10 @@
 namespace hcr {
 namespace {
 
-constexpr std::size_t kStuckStream = 200;          // so many samples ahead mean that nothing moves any more
-constexpr std::size_t kTrimDepth = 7;              // samples looked back at
-constexpr i32 kTrimCs = 1500;                      // a stop shorter than this is cut out
-constexpr f64 kTrimNm = 0.011879049676025918;      // 22 m
+constexpr std::size_t kStuckStream = 200;  // so many samples ahead mean that nothing moves any more
+constexpr std::size_t kTrimDepth = 7;      // samples looked back at
+constexpr i32 kTrimCs = 1500;              // a stop shorter than this is cut out
+constexpr f64 kTrimNm = 22 / kMetresPerNm;
 constexpr f64 kWildestFt = 1e6, kWildestKt = 1e5;  // beyond it a report is noise, and sums of it would overflow
 constexpr f64 kTakeOffSpeed = 43;                  // knots: nobody taxies as fast
 

@@ -15,11 +15,8 @@
 #include "engine/identity.h"
 #include "engine/intake.h"
 #include "liveries/dbase.h"
-#include "shell/log.h"
-#include "shell/parameters.h"
 #include "shell/random.h"
 #include "shell/text.h"
-#include "sim/aircraft.h"
 
 namespace hcr {
 namespace {
@@ -29,8 +26,8 @@ constexpr f64 kFastKt = 120, kSlowKt = 30;  // between them every report counts
 constexpr f64 kNewerS = 1;                  // a report less than this newer than the last is the same one
 constexpr f64 kDoubtS = 30;                 // a doubtful speed that is told again within this time is believed
 constexpr f64 kStraightDegAir = 1, kStraightDegGround = 2;
-constexpr f64 kLeastAirNm = 0.2429805615550756;       // 450 m
-constexpr f64 kLeastGroundNm = 0.010799136069114472;  // 20 m
+constexpr f64 kLeastAirNm = 450 / kMetresPerNm;
+constexpr f64 kLeastGroundNm = 20 / kMetresPerNm;
 constexpr f64 kLongestGapS = 15;
 constexpr f64 kHoverBandFt = 108;  // too low to fly and too high to stand
 constexpr f64 kHoverTopFt = 10000;

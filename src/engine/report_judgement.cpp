@@ -22,9 +22,9 @@ namespace hcr {
 namespace {
 
 constexpr f64 kMovedOffSpans = 6, kMovingAwaySpans = 2.75;  // half wing spans behind the end of a push
-constexpr f64 kAtStandNm = 0.0458963282937365;              // 85 m
-constexpr f64 kElsewhereNm = 0.10799136069114472;           // 200 m
-constexpr f64 kRetreatNm = 0.0016198704103671706;           // 3 m
+constexpr f64 kAtStandNm = 85 / kMetresPerNm;
+constexpr f64 kElsewhereNm = 200 / kMetresPerNm;
+constexpr f64 kRetreatNm = 3 / kMetresPerNm;
 constexpr i32 kRetreats = 3;
 constexpr f64 kRetreatSpans = 0.5;
 constexpr i32 kWeekCs = 60480000;  // the extension of a parked aircraft

@@ -15,7 +15,7 @@
 #include "engine/sim_news.h"
 #include "liveries/dbase.h"
 #include "sim/drain.h"
-#include "sim/session.h"
+#include "sim/session_reset.h"
 
 namespace hcr {
 namespace {

@@ -4,7 +4,9 @@
 
 #include "core/model/range.h"
 #include "core/model/tables.h"
+#include "feed/feed_counters.h"
 #include "feed/traffic_line.h"
+#include "feed/traffic_reader.h"
 #include "tools/feed/generator.h"
 
 namespace {
@@ -41,7 +43,7 @@ void decode_line(benchmark::State& state) {
     for (auto _ : state) {
         const std::string& line = lines[next];
         gTrafficReader.text = line;
-        processLine(gTrafficReader);
+        gTrafficReader.handleText();
         bytes += static_cast<i64>(line.size());
         if (++next == lines.size()) next = 0;
         if (gReports.size() >= kReportsBetweenTakes) {

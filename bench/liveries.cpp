@@ -7,6 +7,8 @@
 #include <random>
 
 #include "liveries/dbase.h"
+#include "liveries/dbase_reader.h"
+#include "liveries/match_memory.h"
 #include "liveries/matching.h"
 #include "liveries/results.h"
 #include "platform/system.h"

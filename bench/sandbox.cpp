@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "platform/clock.h"
+#include "sim/port/sim_port.h"
 
 namespace hcr {
 namespace {

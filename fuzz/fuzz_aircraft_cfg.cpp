@@ -13,6 +13,8 @@
 #include "liveries/aircraft_cfg_file.h"
 #include "liveries/cfg_keys.h"
 #include "liveries/dbase.h"
+#include "liveries/dbase_reader.h"
+#include "liveries/regcodes.h"
 #include "liveries/reports.h"
 #include "shell/text_files.h"
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "liveries/dbase.h"
+#include "liveries/dbase_reader.h"
 #include "shell/messages.h"
 #include "shell/xml.h"
 

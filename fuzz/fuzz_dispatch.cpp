@@ -7,7 +7,7 @@
 #include "shell/run_stop.h"
 #include "sim/dispatch.h"
 #include "sim/drain.h"
-#include "sim/session.h"
+#include "sim/session_reset.h"
 
 // The input is a row of messages from the simulator, each behind its length in two bytes. Every message is handed over
 // in a block of just that length.

@@ -5,6 +5,7 @@
 #include "liveries/dbase.h"
 #include "liveries/livery_tables.h"
 #include "liveries/results.h"
+#include "liveries/similar_types.h"
 #include "shell/messages.h"
 
 // A list of scanned liveries of any content: each livery that is read stands in every table in which it belongs.

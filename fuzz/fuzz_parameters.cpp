@@ -6,6 +6,7 @@
 
 #include "shell/meta.h"
 #include "shell/parameter_file.h"
+#include "shell/version.h"
 
 // A settings file of any content: whatever is read stays within the limits of its parameter, and a second reading of
 // what the first one left gives the same.

@@ -7,6 +7,7 @@
 #include "core/model/range.h"
 #include "core/model/tables.h"
 #include "feed/traffic_line.h"
+#include "feed/traffic_reader.h"
 
 using namespace hcr;
 
@@ -40,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     gRangeNm = 25000;
     gAcceptReports = true;
     gTrafficReader.text = std::string_view(reinterpret_cast<const char*>(data), size);
-    processLine(gTrafficReader);
+    gTrafficReader.handleText();
     for (std::size_t i = 0; i < gReports.size(); ++i) check(gReports[i]);
     gReports.clear();
     return 0;

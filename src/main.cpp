@@ -6,8 +6,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "core/run/run.h"
-#include "feed/udp_reader.h"
+#include "core/run/load.h"
+#include "core/run/outcome.h"
+#include "feed/readers.h"
 #include "liveries/scan_pool.h"
 #include "platform/files.h"
 #include "platform/library.h"
@@ -16,10 +17,11 @@
 #include "shell/command_line.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
+#include "shell/log_start.h"
 #include "shell/parameter_file.h"
-#include "shell/parameters.h"
 #include "shell/settings.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "shell/window/headless.h"
 #include "shell/window_state.h"
 #include "sim/port/sandbox/sandbox.h"

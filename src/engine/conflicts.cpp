@@ -20,7 +20,7 @@ namespace {
 
 constexpr f64 kSlowKt = 8;
 constexpr f64 kClearOfUserNm = 500 / kMetresPerNm;
-constexpr f64 kBesideUserNm = 0.08099352051835854;  // 150 m
+constexpr f64 kBesideUserNm = 150 / kMetresPerNm;
 constexpr f64 kAheadNm = 6, kAheadFt = 3000, kAheadAsideFt = 4000;
 constexpr f64 kRunwayNm = 1.5, kRunwayAgl = 1000, kRunwayAsideFt = 500;
 constexpr f64 kGroundSpans = 1.15, kStaticSpans = 1.1;
@@ -215,6 +215,10 @@ void lf_checkStaticCollision(LiveAc& ac) {
         removeAircraftFromSim(parked);
         return;
     }
+}
+
+void gf_resetConflicts() {
+    lf_lastUserCheck = {};
 }
 
 }  // namespace hcr

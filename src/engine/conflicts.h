@@ -27,5 +27,7 @@ void lf_userGroundConflict();
 void lf_userAirConflict();
 /// Removes the first static aircraft that is in the way of this one, which isn't on a runway.
 void lf_checkStaticCollision(LiveAc& ac);
+/// Forgets where the user was last looked at; between two runs.
+void gf_resetConflicts();
 
 }  // namespace hcr

@@ -304,4 +304,8 @@ void gf_updateAllLive() {
     gf_swapPositionBuffers();
 }
 
+void gf_resetFollowing() {
+    gFailures = {};
+}
+
 }  // namespace hcr

@@ -17,5 +17,7 @@ bool updateLiveAc(LiveAc& ac);
 void nextPosMain(LiveAc& ac);
 /// Adds the increments of one cycle, 10 ms.
 void lf_stepPosition(LiveAc& ac);
+/// Forgets which failures were logged; between two runs.
+void gf_resetFollowing();
 
 }  // namespace hcr

@@ -14,8 +14,9 @@
 #include "shell/log.h"
 #include "sim/aircraft.h"
 #include "sim/flight_plan.h"
-#include "sim/session.h"
+#include "sim/requests.h"
 #include "sim/sim_message.h"
+#include "sim/waiting_list.h"
 
 namespace hcr {
 namespace {
@@ -24,7 +25,7 @@ constexpr std::size_t kUsualBatch = 256;  // messages between two cycles
 constexpr u32 kFirstObject = 3;           // smaller ids are no objects
 constexpr f64 kLowestCgFt = 1, kHighestCgFt = 35;
 constexpr f64 kLowestPitch = -1 * kDegToRad, kHighestPitch = 2.5 * kDegToRad;
-constexpr f64 kUsualGroundPitch = 0.012217304763960306;  // 0.7 degrees
+constexpr f64 kUsualGroundPitch = 0.7 * kDegToRad;
 
 std::vector<SimMessage> lf_batch;  // kept for its memory
 

@@ -16,6 +16,7 @@
 #include "engine/leg.h"
 #include "engine/park_limits.h"
 #include "liveries/dbase.h"
+#include "liveries/match_memory.h"
 #include "liveries/matching.h"
 #include "parking/learned.h"
 #include "platform/clock.h"
@@ -36,7 +37,7 @@ constexpr i32 kExchangeCs = 100;       // a far aircraft makes room for a near o
 constexpr i32 kShownAtLeastCs = 1000;  // ... and never one that has just come
 constexpr f64 kNearerByNm = 0.1;       // who takes another's place is nearer by more than this
 constexpr std::size_t kLongestCallsign = 8;
-constexpr f64 kGroundSpawnPitch = 0.010471975511965976;  // 0.6 degrees nose down
+constexpr f64 kGroundSpawnPitch = 0.6 * kDegToRad;  // nose down
 
 i32 lf_lastExchange = 0;  // simTick, 0 = none yet
 

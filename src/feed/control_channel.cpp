@@ -14,7 +14,7 @@
 #include "core/model/geo.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "feed/udp_reader.h"
+#include "feed/readers.h"
 #include "platform/clock.h"
 #include "shell/log.h"
 #include "shell/messages.h"
@@ -22,6 +22,7 @@
 #include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/time_text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/port/layouts.h"
@@ -47,8 +48,13 @@ constexpr i64 kMillisecondsPerSecond = 1000;
 
 bool gSocketsStarted = false;
 std::atomic<u16> gBoundServerPort{0};
-bool gReportsWanted = false;  // the run's wish; gAcceptReports is what comes of it
-std::string gAwayText;        // what the message line says while RealTraffic is away
+
+/// What belongs to a run.
+struct ChannelRun {
+    bool reportsWanted = false;  ///< the run's wish; gAcceptReports is what comes of it
+    std::string awayText{};      ///< what the message line says while RealTraffic is away
+};
+ChannelRun gRun;
 
 void lf_closeServer() {
     gf_closeSocket(gClientSocket);
@@ -142,7 +148,7 @@ void lf_removeAllLive() {
 
 void lf_settleGate() {
     const std::lock_guard lock(gReportMutex);
-    gAcceptReports = gReportsWanted && !gf_realTrafficAway();
+    gAcceptReports = gRun.reportsWanted && !gf_realTrafficAway();
 }
 
 // What has come in would be played half a minute later, when nobody tells any more how it goes on.
@@ -158,14 +164,14 @@ void lf_realTrafficGone() {
     if (!gUserStop) lf_removeAllLive();
     gf_resetFeed();
     gf_showFeedSilent();
-    gAwayText = fmt::format("{} RealTraffic gone? Wait for RealTraffic to re-connect ...", gf_timeOfDay());
-    gf_showMessage(gAwayText, gf_mayLog(LogKind::rtGone));
+    gRun.awayText = fmt::format("{} RealTraffic gone? Wait for RealTraffic to re-connect ...", gf_timeOfDay());
+    gf_showMessage(gRun.awayText, gf_mayLog(LogKind::rtGone));
 }
 
 void lf_lookForReturn() {
     if (gf_stopAsked() || !gListenSocket.valid()) return;
     if (!lf_acceptWaiting()) {
-        if (gf_currentMessage().empty()) gf_showMessage(gAwayText, false);  // others stay for their time
+        if (gf_currentMessage().empty()) gf_showMessage(gRun.awayText, false);  // others stay for their time
         return;
     }
     gWaitingForRt = false;
@@ -254,7 +260,7 @@ bool gf_realTrafficAway() {
 }
 
 void gf_wantReports(bool wanted) {
-    gReportsWanted = wanted;
+    gRun.reportsWanted = wanted;
     lf_settleGate();
 }
 
@@ -288,8 +294,8 @@ std::string gf_receiveFromRt() {
 
 void lf_waitForRealTraffic() {
     if (!gRtOnThisPc) return;
-    gAwayText = fmt::format("Waiting for RealTraffic to connect to {} ...", kProgramName);
-    gf_showMessage(gAwayText, true);
+    gRun.awayText = fmt::format("Waiting for RealTraffic to connect to {} ...", kProgramName);
+    gf_showMessage(gRun.awayText, true);
     gf_logFlush();
     gf_resetFeed();
     if (waitForClient()) {
@@ -346,6 +352,11 @@ void gf_sendQs123(i64 unixSeconds) {
 void gf_closeControlChannel() {
     if (gConnected) sendDataPacket("exit\r\n");
     lf_closeServer();
+}
+
+void gf_resetControlChannel() {
+    gRun = {};
+    gWaitingForRt = true;
 }
 
 }  // namespace hcr

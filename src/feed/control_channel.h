@@ -44,5 +44,7 @@ void gf_sendQs121();
 void gf_sendQs123(i64 unixSeconds);
 /// Sends "exit\r\n" when connected and closes both sockets.
 void gf_closeControlChannel();
+/// Nobody wants reports, and nobody has gone. Between two runs, with the sockets closed.
+void gf_resetControlChannel();
 
 }  // namespace hcr

@@ -17,10 +17,8 @@
 namespace hcr {
 namespace {
 
-constexpr i32 kStandardQnh = 1013;
 constexpr f64 kLowestQnh = 900, kHighestQnh = 1100;  // hPa
 constexpr f64 kHectopascalsPerHundredthInch = 0.33865307;
-constexpr i32 kLampReceiving = 1, kLampSilent = 2;
 
 // A text that is a decimal integer and nothing else.
 std::optional<f64> lf_integer(const std::string& text) {

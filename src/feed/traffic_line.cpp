@@ -12,6 +12,7 @@
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "feed/feed_counters.h"
 #include "feed/field_text.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
@@ -98,7 +99,8 @@ bool lf_within(f64 value, const Limits& limits) {
 // One line on its way to a report. The steps below take the report's values from the fields; one that returns false
 // has found the line to be dropped, for the reason in `drop`.
 struct DecodedLine {
-    TrafficReader& reader;
+    LineDecoder& decoder;
+    std::string_view text;
     const std::vector<std::string_view>& fields;
     PosSample sample{};
     std::string_view model{}, from{}, to{}, callsign{}, registration{};  // into the line
@@ -111,7 +113,7 @@ struct DecodedLine {
 };
 
 std::optional<f64> lf_number(const DecodedLine& line, Field field) {
-    const std::string_view text = line.reader.text;
+    const std::string_view text = line.text;
     return gf_fieldNumber(line.fields[field], text.data() + text.size());
 }
 
@@ -176,9 +178,10 @@ bool lf_takePosition(DecodedLine& line) {
 }
 
 bool lf_nearUser(DecodedLine& line) {
-    const TrafficReader& reader = line.reader;
+    const LineDecoder& decoder = line.decoder;
     const PosSample& s = line.sample;
-    return distanceNm(reader.userLat, reader.userLon, s.lat, s.lon) <= gRangeNm || lf_drop(line, LineDrop::outOfRange);
+    return distanceNm(decoder.userLat, decoder.userLon, s.lat, s.lon) <= gRangeNm ||
+           lf_drop(line, LineDrop::outOfRange);
 }
 
 bool lf_takeRegistration(DecodedLine& line) {
@@ -189,13 +192,13 @@ bool lf_takeRegistration(DecodedLine& line) {
 }
 
 void lf_collectCallsign(const DecodedLine& line) {
-    TrafficReader& reader = line.reader;
-    if (!reader.collectCallsigns) return;
+    LineDecoder& decoder = line.decoder;
+    if (!decoder.collectCallsigns) return;
     const std::string_view callsign = gf_fieldText(line.fields[kCallsign]);
     if (callsign.empty() || callsign.find('@') != std::string_view::npos) return;
-    const std::lock_guard lock(reader.callsignMutex);
-    if (!reader.collectCallsigns || reader.realCallsigns.contains(callsign)) return;
-    reader.realCallsigns.emplace(callsign);
+    const std::lock_guard lock(decoder.callsignMutex);
+    if (!decoder.collectCallsigns || decoder.realCallsigns.contains(callsign)) return;
+    decoder.realCallsigns.emplace(callsign);
 }
 
 bool lf_takeModel(DecodedLine& line) {
@@ -249,16 +252,16 @@ bool lf_takeHexid(DecodedLine& line) {
 // Sets the altitude, 0 for what is taken as being on the ground; false: the line is to be dropped.
 bool lf_decodeAltitude(DecodedLine& line) {
     constexpr f64 kNoFieldFt = -1000;  // below every altitude that is tested, so that the test fails
-    const TrafficReader& reader = line.reader;
+    const LineDecoder& decoder = line.decoder;
     const std::optional<f64> feet = lf_number(line, kAltitude);
     if (!feet || !lf_within(*feet, kAltitudeLimits)) {
         return lf_refuse(line, [](const DecodedLine& bad) {
             return fmt::format("altitude {} incorrect, from: {}", gf_quoted(bad.fields[kAltitude]),
-                               gf_quoted(bad.reader.text));
+                               gf_quoted(bad.text));
         });
     }
-    const bool fieldKnown = reader.parkAirportAltValid;
-    const f64 fieldFt = reader.parkAirportAlt;
+    const bool fieldKnown = decoder.parkAirportAltValid;
+    const f64 fieldFt = decoder.parkAirportAlt;
     const f64 speed = line.sample.speed;
     f64 alt = std::max(*feet, 0.0);
     if (alt > 0 && alt < kLowFt) {
@@ -286,11 +289,11 @@ bool lf_takeCallsign(DecodedLine& line) {
 
 // Movements on the ground are shown at the park airport only.
 bool lf_groundIsShown(DecodedLine& line) {
-    const TrafficReader& reader = line.reader;
+    const LineDecoder& decoder = line.decoder;
     const PosSample& s = line.sample;
     if (s.airborne) return true;
-    const bool shown = reader.parkAirportAltValid &&
-                       distanceNm(reader.parkAirportLat, reader.parkAirportLon, s.lat, s.lon) <= kParkAirportNm;
+    const bool shown = decoder.parkAirportAltValid &&
+                       distanceNm(decoder.parkAirportLat, decoder.parkAirportLon, s.lat, s.lon) <= kParkAirportNm;
     return shown || lf_drop(line, LineDrop::onGround);
 }
 
@@ -382,18 +385,18 @@ bool lf_decode(DecodedLine& line) {
 
 }  // namespace
 
-void processLine(TrafficReader& reader) {
+void processLine(LineDecoder& decoder, std::string_view text) {
     lf_count(gFeedCounters.received);
-    while (reader.text.ends_with('\n') || reader.text.ends_with('\r')) reader.text.remove_suffix(1);
-    if (reader.text.find(" VEH") != std::string_view::npos) return lf_count(LineDrop::vehicle);
-    gf_splitFields(reader.text, kFieldCount, reader.fields);
-    processLineSub(reader);
+    while (text.ends_with('\n') || text.ends_with('\r')) text.remove_suffix(1);
+    if (text.find(" VEH") != std::string_view::npos) return lf_count(LineDrop::vehicle);
+    gf_splitFields(text, kFieldCount, decoder.fields);
+    processLineSub(decoder, text);
 }
 
-void processLineSub(TrafficReader& reader) {
-    if (reader.fields.size() < kFieldCount) return lf_count(LineDrop::tooFewFields);
+void processLineSub(LineDecoder& decoder, std::string_view text) {
+    if (decoder.fields.size() < kFieldCount) return lf_count(LineDrop::tooFewFields);
     try {
-        DecodedLine line{.reader = reader, .fields = reader.fields};
+        DecodedLine line{.decoder = decoder, .text = text, .fields = decoder.fields};
         if (lf_decode(line)) return lf_count(gFeedCounters.accepted);
         lf_count(line.drop);
         if (line.drop == LineDrop::badField) lf_logFault(line);

@@ -7,8 +7,6 @@
 #include <stdexcept>
 
 #include "core/model/run_state.h"
-#include "feed/qnh_reader.h"
-#include "feed/traffic_reader.h"
 #include "platform/clock.h"
 #include "shell/log.h"
 #include "shell/messages.h"
@@ -27,12 +25,6 @@ constexpr i64 kEarlierThreadPollMs = 10;
 constexpr i32 kReceiveBufferBytes = 8 * 1024 * 1024;
 constexpr i32 kRestartSeconds = 15;
 constexpr i32 kWouldBlock = 10035;
-
-constexpr i32 kLampReceiving = 1, kLampSilent = 2;
-
-std::atomic<i32>& lf_lamp(const UdpReader& reader) {
-    return &reader == &gQnhReader ? gWindow.weatherLamp : gWindow.trafficLamp;
-}
 
 // A later thread of the same reader has taken over, or a stop was asked for.
 bool lf_mustLeave(const UdpReader& reader, u32 turn) {
@@ -123,19 +115,15 @@ void lf_receiveLoop(UdpReader& reader, u32 turn) {
     }
 }
 
-void lf_lightLamps(UdpReader& reader) {
-    lf_lamp(reader) = kLampReceiving;
-    if (&reader == &gTrafficReader) gWindow.weatherLamp = kLampReceiving;
-    gf_repaint(Band::realTraffic);
-}
-
 void lf_runReader(UdpReader& reader, u32 turn) {
     bool listening = false;
+    reader.lastText.clear();
     try {
         {
             const OpenReader open(reader);
             lf_bind(reader);
-            lf_lightLamps(reader);
+            reader.onStarted();
+            gf_repaint(Band::realTraffic);
             gf_log(fmt::format("{:10}{} connected", "", reader.name));
             listening = true;
             lf_receiveLoop(reader, turn);
@@ -146,20 +134,6 @@ void lf_runReader(UdpReader& reader, u32 turn) {
         gf_readerFailed(reader.name, e.what());
     }
     gf_log(fmt::format("{:10}{} disconnected", "", reader.name));
-}
-
-void lf_checkReader(UdpReader& reader) {
-    const i32 count = reader.packetCount;
-    const bool silent = count == reader.lastPacketCount;
-    reader.lastPacketCount = count;
-    if (silent) {
-        lf_lamp(reader) = kLampSilent;
-        reader.alive = false;
-    } else if (!reader.alive || lf_lamp(reader) == kLampSilent) {
-        // A reset of the feed sets the mark, but leaves the lamp as it is.
-        lf_lamp(reader) = kLampReceiving;
-        reader.alive = true;
-    }
 }
 
 }  // namespace
@@ -177,47 +151,6 @@ void lf_readerThread(UdpReader& reader) {
 void gf_readerFailed(const char* name, const std::string& text) {
     gf_showError(fmt::format("The {} has stopped with error: {}", name, text));
     gf_requestStop(ExitReason::readerError, kRestartSeconds);
-}
-
-void gf_checkReaders() {
-    if (!gWindow.rtConnected) return;
-    lf_checkReader(gTrafficReader);
-    lf_checkReader(gQnhReader);
-    gf_repaint(Band::realTraffic);
-}
-
-void gf_showFeedSilent() {
-    for (UdpReader* reader : {static_cast<UdpReader*>(&gTrafficReader), static_cast<UdpReader*>(&gQnhReader)}) {
-        i32 receiving = kLampReceiving;
-        lf_lamp(*reader).compare_exchange_strong(receiving, kLampSilent);
-    }
-    gf_repaint(Band::realTraffic);
-}
-
-void gf_resetFeed() {
-    constexpr i32 kStandardQnh = 1013;
-    gTrafficReader.qnh = kStandardQnh;
-    gQnhReader.lastQnh = kStandardQnh;
-    gQnh = kStandardQnh;
-    if (gWindow.qnh != 0) {  // before the first weather nothing is shown
-        gWindow.qnh = kStandardQnh;
-        gf_repaint(Band::realTraffic);
-    }
-    gLastTimestamp = 0;
-    {
-        const std::lock_guard lock(gTrafficReader.callsignMutex);
-        gTrafficReader.realCallsigns.clear();
-    }
-    gTrafficReader.stop = false;
-    gQnhReader.stop = false;
-    gQnhReader.packetCount = 0;
-    gTrafficReader.alive = true;
-    gQnhReader.alive = true;
-}
-
-void gf_setFeedPorts(u16 traffic, u16 weather) {
-    gTrafficReader.port = traffic != 0 ? traffic : kTrafficPort;
-    gQnhReader.port = weather != 0 ? weather : kWeatherPort;
 }
 
 }  // namespace hcr

@@ -4,8 +4,10 @@
 
 #include <utility>
 
-#include "liveries/aircraft_cfg_file.h"
-#include "liveries/scan.h"
+#include "liveries/aircraft_cfg_type.h"
+#include "liveries/fltsim_section.h"
+#include "liveries/ivao_section.h"
+#include "liveries/scan_threads.h"
 #include "shell/log.h"
 
 namespace hcr {
@@ -20,17 +22,6 @@ struct Worker {
 };
 
 }  // namespace
-
-void gf_takeOver(CfgContent content, std::vector<LiveryData>& liveries) {
-    for (ReportLine& line : content.reports) line.list->push_back(std::move(line.text));
-    for (FoundLivery& found : content.liveries) {
-        if (seenTitles.insert(found.livery.title).second) {
-            liveries.push_back(std::move(found.livery));
-        } else {
-            gIncompleteSections.push_back(std::move(found.doubled));
-        }
-    }
-}
 
 void lf_readSections(CfgFile& file) {
     if (!lf_checkSectionNumbers(file)) return;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "liveries/regcodes.h"
 #include "shell/log.h"
 #include "shell/text.h"
 #include "shell/text_files.h"

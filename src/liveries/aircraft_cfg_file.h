@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "liveries/aircraft_cfg.h"
+#include "liveries/cfg_content.h"
 #include "liveries/cfg_keys.h"
 #include "liveries/livery_data.h"
 #include "liveries/reports.h"
@@ -42,14 +42,8 @@ bool lf_checkSectionNumbers(CfgFile& file);
 
 /// The livery of one section, which starts with its header line; nothing if it has none that can be used.
 using SectionReader = std::optional<FoundLivery> (*)(CfgFile& file, std::string_view text);
-std::optional<FoundLivery> lf_procesFltSimSection(CfgFile& file, std::string_view text);
-/// By the rules of the IVAO package. An exception, for want of memory say, ends the file.
-std::optional<FoundLivery> lf_ivaoSection(CfgFile& file, std::string_view text);
 /// Hands each section to the reader and appends what it finds to the content.
 void lf_splitSections(CfgFile& file, SectionReader reader);
-/// What the two readers of files do with the text, which is there; that of the IVAO package with the type, too.
-void lf_readSections(CfgFile& file);
-void lf_readIvaoSections(CfgFile& file);
 
 /// What the lines of a section tell.
 struct CfgSection {
@@ -91,10 +85,5 @@ bool lf_checkAtcId(std::string_view value, std::string& result);
 std::string lf_normalized(std::string_view value);
 void lf_reportAirline(CfgFile& file, std::string_view code, std::string_view header);
 LiveryData lf_livery(const CfgSection& section, bool cargo);
-
-/// The type of all sections; empty, and reported, if there is none that can be used.
-std::string lf_typeFromFile(CfgFile& file);
-/// The type that the folder of a file of the IVAO package is named for; empty for other paths, without a report.
-std::string lf_typeFromIvaoPath(CfgFile& file);
 
 }  // namespace hcr

@@ -1,9 +1,10 @@
+#include "liveries/aircraft_cfg_type.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 
-#include "liveries/aircraft_cfg_file.h"
 #include "liveries/dbase.h"
 #include "shell/text.h"
 #include "shell/text_files.h"

@@ -1,3 +1,5 @@
+#include "liveries/categories.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>

@@ -49,7 +49,6 @@ void gf_forgetDbase() {
     thirdParties20.clear();
     thirdParties24.clear();
     dbaseRecords.clear();
-    similarTypes.clear();
 }
 
 bool gf_isValidType(std::string_view type) {

@@ -35,15 +35,8 @@ extern f64 maxHalfSpan;                   ///< of all types, nautical miles
 extern TextMap<std::string> typeFixes;    ///< wrong type to right one
 /// For MSFS 2020 and MSFS 2024.
 extern std::vector<AirportList> thirdParties20, thirdParties24;
-extern RegistrationTable dbaseRecords;                  ///< the real airframes
-extern TextMap<std::vector<std::string>> similarTypes;  ///< type to types with a generic livery
+extern RegistrationTable dbaseRecords;  ///< the real airframes
 
-/// False if the file couldn't be parsed; throws std::runtime_error when it is missing or can't be deciphered, and
-/// UserErrorException 61.
-bool gf_readDbase();
-/// The tables from the text of a document, which is used up. Returns the parser's description of a fault, empty when
-/// all is well; the tables are then empty. Throws UserErrorException 61.
-std::string gf_readDbaseText(std::string text);
 /// Empties every table; for tests.
 void gf_forgetDbase();
 
@@ -60,13 +53,4 @@ std::vector<std::string> gf_regcodeVariants(std::string_view registration);
 const DbaseRecord* gf_dbaseRecord(std::string_view registration);
 /// The first registration, in the order of the table, that has 1 to 5 characters and occurs in the title.
 std::optional<std::string> gf_regcodeInTitle(std::string_view title);
-/// A copy of the list, shuffled with RANDOM on.
-std::vector<std::string> gf_shuffled(const std::vector<std::string>& list);
-/// Types whose generic liveries may stand in for this one. Run thread, like the two below.
-std::vector<std::string> gf_similarTypes(std::string_view type);
-/// Types of which the airline has a livery and that may stand in for this one, of which it has none.
-std::vector<std::string> gf_similarForAirline(std::string_view airline, std::string_view type);
-/// Fills similarTypes from the tables of the loaded liveries.
-void gf_buildSimilarTables();
-
 }  // namespace hcr

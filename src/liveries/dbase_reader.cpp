@@ -1,3 +1,5 @@
+#include "liveries/dbase_reader.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -8,6 +10,7 @@
 #include <stdexcept>
 
 #include "core/model/aircraft_class.h"
+#include "core/model/geo.h"
 #include "liveries/dbase.h"
 #include "liveries/xml_pieces.h"
 #include "shell/file_names.h"
@@ -21,7 +24,6 @@ namespace hcr {
 namespace {
 
 constexpr i32 kEmptySection = 61;
-constexpr f64 kNmPerMetre = 0.0005399568034557236;
 /// The registrations are parsed in pieces of this many bytes: their tree then stays within the processor's caches.
 constexpr std::size_t kPieceBytes = 128 * 1024;
 /// Usual sizes, by which room is made: a `db` element with its line end, and the registration in it.
@@ -103,7 +105,7 @@ void lf_readWingspans(pugi::xml_node root) {
             gf_logError(fmt::format("wingspan model {} is not valid, skipped", type));
             continue;
         }
-        const f64 span = lf_metres(node.attribute("meters")) * 0.5 * kNmPerMetre;
+        const f64 span = lf_metres(node.attribute("meters")) * 0.5 / kMetresPerNm;
         halfSpans.try_emplace(std::string(type), span);
         maxHalfSpan = std::max(maxHalfSpan, span);
     }

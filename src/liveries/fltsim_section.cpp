@@ -1,7 +1,8 @@
+#include "liveries/fltsim_section.h"
+
 #include <algorithm>
 
 #include "core/model/aircraft_class.h"
-#include "liveries/aircraft_cfg_file.h"
 #include "liveries/dbase.h"
 #include "shell/log.h"
 #include "shell/text.h"

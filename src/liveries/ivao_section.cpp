@@ -1,7 +1,8 @@
+#include "liveries/ivao_section.h"
+
 #include <algorithm>
 #include <array>
 
-#include "liveries/aircraft_cfg_file.h"
 #include "liveries/dbase.h"
 #include "shell/log.h"
 #include "shell/text.h"

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <memory_resource>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -50,21 +49,5 @@ struct LiveryGroup {
 template <typename Value>
 using LiveryMap = std::pmr::unordered_map<std::string_view, Value>;
 using TitleList = std::pmr::vector<std::string_view>;
-
-/// Memory of the tables below, given back as a whole by gf_clearLiveryTables. Tens of thousands of liveries would
-/// otherwise take a hundred thousand small blocks, which cost more time than reading their file.
-extern std::pmr::monotonic_buffer_resource gLiveryMemory;
-
-// Tables of the matching; read-only between two loads. Index 0 passenger, 1 cargo. Run thread.
-extern std::vector<LiveryGroup> liveryIndex;  ///< every livery, sorted by airline and type; the owner of the titles
-extern std::array<LiveryMap<LiveryMap<TitleList>>, 2> airlineTitles;    ///< airline to type to titles
-extern std::array<LiveryMap<TitleList>, 2> genericTitles;               ///< type to titles of any airline
-extern LiveryMap<std::string_view> regcodeTitles;                       ///< registration to title
-extern std::set<std::string, std::less<>> uniqueRegcodes;               ///< of special entries that hold no other
-extern std::vector<std::string_view> specialTitles;                     ///< reserved for their registrations
-extern std::vector<std::string> lightPool, buzjetPool, rotorcraftPool;  ///< types of these classes with a livery
-
-extern std::vector<LiveryData> gScanList;       ///< what a scan has found; empty but during a scan
-extern std::vector<std::string> dontUseTitles;  ///< titles that a scan passes over
 
 }  // namespace hcr

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 
-#include "liveries/matching.h"
 #include "liveries/text_index.h"
 
 namespace hcr {
@@ -19,7 +18,6 @@ LiveryMap<std::string_view> regcodeTitles(&gLiveryMemory);
 std::set<std::string, std::less<>> uniqueRegcodes;
 std::vector<std::string_view> specialTitles;
 std::vector<std::string> lightPool, buzjetPool, rotorcraftPool;
-std::vector<std::string> dontUseTitles;
 
 namespace {
 
@@ -171,7 +169,6 @@ void gf_emptyLiveryTables() {
     for (auto& titles : genericTitles) lf_drop(titles);
     for (auto& titles : airlineTitles) lf_drop(titles);
     gTitleIndex = {};
-    gf_forgetLiveries();
     liveryIndex = {};
     gLiveryMemory.release();  // last: it holds the texts
 }

@@ -1,6 +1,6 @@
 #include "liveries/match_trace.h"
 
-#include "liveries/matching.h"
+#include "liveries/livery_tables.h"
 
 namespace hcr {
 

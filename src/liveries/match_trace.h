@@ -5,25 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "liveries/livery_data.h"
+#include "liveries/match_memory.h"
 
 namespace hcr {
 
 // What the matching did for an aircraft, for people who ask why it looks as it does. The lookups themselves write it
 // down in the order in which they run. Run thread.
-
-/// How a livery was found; the numbers stand in the log.
-enum MatchStep : i32 {
-    uniqueRegistration = 0,  ///< the registration of a special entry that holds no other
-    registered = 1,          ///< any other registration that has a title
-    airlineAndType = 2,
-    similarType = 3,  ///< of the airline
-    unbranded = 4,    ///< airline "ZZZ" and the type
-    generic = 5,      ///< any airline's livery of the type
-    similarGeneric = 6,
-};
-
-inline constexpr i32 kNoMatchStep = -1;
 
 enum class MatchTable { registrations, airlines, generics };
 

@@ -7,17 +7,15 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/labels.h"
 #include "liveries/dbase.h"
+#include "liveries/livery_tables.h"
+#include "liveries/match_memory.h"
+#include "liveries/match_trace.h"
+#include "liveries/similar_types.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/random.h"
 
 namespace hcr {
-
-TextSet failedTitles;
-TextSet failedModels;
-std::unordered_map<u32, std::string_view> rememberedLiveries;
-TextSet noMatchAircraft;
-std::array<i32, 7> matchSteps{};
 
 namespace {
 
@@ -27,12 +25,8 @@ constexpr i32 kDepthAirline = 2, kDepthSimilar = 3, kDepthUnbranded = 4;
 constexpr const char* kUnbrandedAirline = "ZZZ";
 constexpr const char* kPrivateOwner = "PVT";
 constexpr i32 kRandomPicks = 5;
-constexpr i32 kSummaryWidth = 100;
 
 constexpr std::size_t kPassenger = 0, kCargo = 1;
-
-i32 gLastStep = kNoMatchStep;
-std::unordered_map<u32, i32> gStepOf;  ///< hexid to step
 
 /// What is asked for, and by which step.
 struct LiveryKey {
@@ -184,7 +178,7 @@ bool lf_acceptMatch(LiveAc& ac, i32 step) {
     matchSteps[static_cast<std::size_t>(step)] += 1;
     lf_logMatch(ac, step);
     ac.fsltlModel = ac.liveryTitle.find("FSLTL_") != std::string_view::npos;
-    gLastStep = step;
+    gMatchSteps.last = step;
     return true;
 }
 
@@ -263,12 +257,12 @@ std::string lf_shortLabel(const FlightTexts& ac) {
 }  // namespace
 
 void gf_matchLiveLivery(LiveAc& ac) {
-    gLastStep = kNoMatchStep;
+    gMatchSteps.last = kNoMatchStep;
     ac.liveryTitle = {};
     if (lf_matchLive(ac)) {
-        gStepOf[ac.hexid] = gLastStep;
+        gMatchSteps.byHexid[ac.hexid] = gMatchSteps.last;
     } else {
-        gStepOf.erase(ac.hexid);
+        gMatchSteps.byHexid.erase(ac.hexid);
     }
 }
 
@@ -283,54 +277,8 @@ bool gf_matchParkedLivery(ParkedAc& ac, const ParkPos& stand) {
     return false;
 }
 
-std::string_view gf_rememberedLivery(u32 hexid) {
-    const auto entry = rememberedLiveries.find(hexid);
-    if (entry == rememberedLiveries.end()) return {};
-    if (failedTitles.contains(entry->second)) {
-        rememberedLiveries.erase(entry);
-        return {};
-    }
-    return entry->second;
-}
-
-void gf_forgetLiveries() {
-    rememberedLiveries.clear();
-    gStepOf.clear();
-    gLastStep = kNoMatchStep;
-}
-
 std::string gf_noMatchText(const FlightTexts& ac) {
     return fmt::format("{} {}", airlineModel(ac), ac.registration);
-}
-
-i32 gf_lastMatchStep() {
-    return gLastStep;
-}
-
-i32 gf_matchStepOf(u32 hexid) {
-    const auto step = gStepOf.find(hexid);
-    return step == gStepOf.end() ? kNoMatchStep : step->second;
-}
-
-void gf_logMatchSummary() {
-    if (std::all_of(matchSteps.begin(), matchSteps.end(), [](i32 count) { return count <= 0; })) return;
-    gf_log(gf_logBanner(kSummaryWidth, 0, true, false, "live traffic livery matching summary"));
-    gf_log("Matches at step: ");
-    for (std::size_t step = 0; step < matchSteps.size(); ++step) {
-        gf_log(fmt::format("  {}: {}", step, matchSteps[step]));
-    }
-    if (!failedModels.empty()) {
-        gf_log("\nCould not be created by MSFS:");
-        for (const std::string& model : failedModels) gf_log("  " + model);
-    }
-    gf_log(gf_logBanner(kSummaryWidth, 0, false, true, ""));
-}
-
-void gf_logNoMatchList() {
-    if (noMatchAircraft.empty()) return;
-    gf_log("\nNo match found for:");
-    for (const std::string& text : noMatchAircraft) gf_log(text);
-    gf_log("");
 }
 
 }  // namespace hcr

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <pugixml.hpp>
 
-#include "liveries/livery_data.h"
 #include "liveries/livery_tables.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -15,6 +14,9 @@
 #include "shell/xml.h"
 
 namespace hcr {
+
+std::vector<std::string> dontUseTitles;
+
 namespace {
 
 using Entries = std::vector<RegcodeEntry>;

@@ -4,11 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "liveries/results.h"
+#include "liveries/scanned_file.h"
 
 namespace hcr {
 
 // Which livery stands for which real airframe. Run thread.
+
+extern std::vector<std::string> dontUseTitles;  ///< titles that a scan passes over
 
 /// One line of a source.
 struct RegcodeEntry {

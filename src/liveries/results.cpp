@@ -4,9 +4,12 @@
 
 #include <atomic>
 
-#include "liveries/dbase.h"
+#include "liveries/categories.h"
 #include "liveries/livery_tables.h"
+#include "liveries/match_memory.h"
 #include "liveries/regcodes.h"
+#include "liveries/scanned_file.h"
+#include "liveries/similar_types.h"
 #include "shell/log.h"
 #include "shell/window_state.h"
 
@@ -45,6 +48,12 @@ void lf_buildTables(std::vector<ScannedLivery>& liveries) {
                        genericTitles[0].size(), genericTitles[1].size()));
 }
 
+void lf_emptyTables() {
+    gf_forgetLiveries();
+    similarTypes = {};
+    gf_emptyLiveryTables();
+}
+
 void lf_readAndBuild() {
     pugi::xml_document document;
     std::vector<ScannedLivery> liveries = gf_readScannedLiveries(document);
@@ -60,7 +69,7 @@ void gf_loadScanResults() {
         lf_dropScanList();
         return;
     }
-    gf_emptyLiveryTables();  // an earlier loading may have failed half-way
+    lf_emptyTables();  // an earlier loading may have failed half-way
     lf_readAndBuild();
     gf_buildSimilarTables();
     gf_reportCategories();
@@ -70,7 +79,7 @@ void gf_loadScanResults() {
 }
 
 void gf_clearLiveryTables() {
-    gf_emptyLiveryTables();
+    lf_emptyTables();
     gLoaded = false;
 }
 

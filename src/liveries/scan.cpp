@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <tuple>
 
 #include "liveries/livery_data.h"
@@ -13,6 +12,9 @@
 #include "liveries/reports.h"
 #include "liveries/results.h"
 #include "liveries/scan_pool.h"
+#include "liveries/scan_threads.h"
+#include "liveries/scan_walk.h"
+#include "liveries/scanned_file.h"
 #include "platform/clock.h"
 #include "platform/system.h"
 #include "scenery/install.h"
@@ -24,12 +26,10 @@
 #include "shell/run_stop.h"
 #include "shell/settings.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 
 namespace hcr {
-
-std::atomic<i32> scanThreadsActive{0};
-i32 scanThreadLimit = 1;
 
 namespace {
 
@@ -188,11 +188,6 @@ void lf_keepScanOff() {
 }
 
 }  // namespace
-
-void gf_prepareScans() {
-    scanThreadLimit = std::max(1, static_cast<i32>(std::thread::hardware_concurrency()));
-    scanThreadsActive = 0;
-}
 
 bool lf_scanFolders(const FolderList& folders) {
     if (!lf_awaitOlderScan()) return true;

@@ -1,3 +1,5 @@
+#include "liveries/scan_folders.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -5,9 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "liveries/scan.h"
 #include "platform/folders.h"
 #include "shell/log.h"
 #include "shell/messages.h"

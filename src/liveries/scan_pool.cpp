@@ -6,7 +6,7 @@
 #include <mutex>
 #include <system_error>
 
-#include "liveries/scan.h"
+#include "liveries/scan_threads.h"
 
 namespace hcr {
 

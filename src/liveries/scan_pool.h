@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "liveries/aircraft_cfg.h"
+#include "liveries/cfg_content.h"
 
 namespace hcr {
 
@@ -16,12 +16,6 @@ namespace hcr {
 
 /// Reads one file; any thread.
 using ScanReader = CfgContent (*)(i32 folderOrder, const std::filesystem::path& path);
-
-/// What a scan reads its files with: those of the IVAO package and all others. Changed by tests only, between scans.
-struct CfgReaders {
-    ScanReader usual, ivao;
-};
-extern CfgReaders gCfgReaders;
 
 struct ScanJob {
     ScanReader reader;

@@ -1,3 +1,5 @@
+#include "liveries/scan_walk.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,9 +11,8 @@
 #include <string_view>
 
 #include "liveries/aircraft_cfg.h"
-#include "liveries/livery_data.h"
-#include "liveries/scan.h"
-#include "liveries/scan_pool.h"
+#include "liveries/scan_threads.h"
+#include "liveries/scanned_file.h"
 #include "platform/clock.h"
 #include "platform/folders.h"
 #include "shell/log.h"

@@ -1,11 +1,11 @@
+#include "liveries/scanned_file.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <pugixml.hpp>
 
 #include "liveries/dbase.h"
 #include "liveries/reports.h"
-#include "liveries/results.h"
 #include "shell/file_names.h"
 #include "shell/generations.h"
 #include "shell/log.h"
@@ -13,6 +13,7 @@
 #include "shell/meta.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "shell/xml.h"
 
 namespace hcr {

@@ -1,9 +1,12 @@
+#include "liveries/similar_types.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 
 #include "core/model/aircraft_class.h"
 #include "liveries/dbase.h"
+#include "liveries/livery_tables.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/random.h"

@@ -17,10 +17,6 @@ i64 gf_utcTicks100ns();
 void gf_sleepUntilUs(i64 steadyUs);
 void gf_sleepMs(i64 milliseconds);
 
-/// Raises the system's timer resolution to 1 ms; each call needs one gf_endTimerResolution. No effect on Linux.
-void gf_beginTimerResolution();
-void gf_endTimerResolution();
-
 /// Clock by hand: steady time and UTC stand still but for sleeps and gf_turnClock. `utcSeconds` is the time of day
 /// shown at first. For single-threaded tests.
 void gf_holdClock(f64 utcSeconds);

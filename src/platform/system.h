@@ -2,21 +2,13 @@
 
 #include <atomic>
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/types.h"
 
 namespace hcr {
 
-/// The user's roaming application data: %APPDATA%, or $XDG_CONFIG_HOME (default ~/.config).
-std::filesystem::path gf_roamingFolder();
-/// The user's local application data: %LOCALAPPDATA%, or $XDG_DATA_HOME (default ~/.local/share).
-std::filesystem::path gf_localFolder();
-/// Takes these folders for the two above, empty ones for the system's again; for tests. No other thread may run.
-void gf_useUserFolders(const std::filesystem::path& roaming, const std::filesystem::path& local);
 /// The folder of the running executable.
 std::filesystem::path gf_programFolder();
 
@@ -38,12 +30,6 @@ void gf_prepareConsole();
 [[noreturn]] void gf_leaveProcess(int code);
 /// Sets `flag` when the user ends the process from outside (SIGINT, SIGTERM, console closed).
 void gf_onTerminate(std::atomic<bool>& flag);
-
-/// Text of a path in the narrow code page that the simulator's library expects.
-std::string gf_narrowPath(const std::filesystem::path& path);
-/// Decodes bytes of the system's code page (Windows-1252 where there is none) to UTF-8. Strict: nothing when a byte
-/// has no meaning; tolerant: such a byte becomes U+FFFD.
-std::optional<std::string> gf_decodeCodePage(std::string_view bytes, bool strict);
 
 /// Resident memory of this process in bytes, 0 where it can't be told.
 u64 gf_residentBytes();

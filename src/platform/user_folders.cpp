@@ -1,4 +1,5 @@
-#include "platform/system.h"
+#include "platform/user_folders.h"
+
 #include "platform/system_source.h"
 
 namespace hcr {

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "platform/system.h"
+#include "platform/user_folders.h"
 #include "shell/controls.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
@@ -17,6 +17,7 @@
 #include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/text_files.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 
 namespace hcr {

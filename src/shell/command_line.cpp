@@ -6,9 +6,9 @@
 #include <exception>
 
 #include "shell/options.h"
-#include "shell/parameters.h"
 #include "shell/settings.h"
 #include "shell/text.h"
+#include "shell/version.h"
 
 namespace hcr {
 namespace {

@@ -15,6 +15,7 @@
 #include "shell/parameter_file.h"
 #include "shell/program_update.h"
 #include "shell/run_stop.h"
+#include "shell/sim_addons.h"
 #include "shell/text.h"
 
 namespace fs = std::filesystem;

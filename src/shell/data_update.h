@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "shell/parameters.h"
+#include "shell/version.h"
 
 namespace hcr {
 
@@ -13,8 +13,6 @@ namespace hcr {
 /// Without a data server nothing is asked for. Throws std::runtime_error, which names the server and the likely reason,
 /// when it sends something else than a list of versions.
 bool gf_updateData();
-/// Fetches the link files of MSFS 2024 when the version is newer or there are none; true when they were replaced.
-bool gf_updateSimAddons(const VersionData& webVersion);
 
 /// The version of one entry of versions.json; nothing when there is no such entry. Throws what the parser throws, or
 /// std::out_of_range, when one of its three integers is missing or is none that a version can hold.

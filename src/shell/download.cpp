@@ -11,10 +11,10 @@
 #include "shell/generations.h"
 #include "shell/log.h"
 #include "shell/messages.h"
-#include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
+#include "shell/version.h"
 
 namespace hcr {
 namespace {

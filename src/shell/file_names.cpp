@@ -2,8 +2,8 @@
 
 #include <system_error>
 
-#include "platform/system.h"
-#include "shell/parameters.h"
+#include "platform/user_folders.h"
+#include "shell/version.h"
 
 namespace hcr {
 namespace {

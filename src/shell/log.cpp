@@ -8,20 +8,12 @@
 #include <iostream>
 #include <limits>
 #include <mutex>
-#include <stdexcept>
 
 #include "platform/clock.h"
-#include "platform/files.h"
-#include "shell/generations.h"
-#include "shell/parameters.h"
 #include "shell/run_stop.h"
-#include "shell/text.h"
-#include "shell/time_text.h"
 
 namespace hcr {
 namespace {
-
-constexpr const char* kSimulatorNames = "MSFS 2020/2024";
 
 constexpr u32 kLinesPerMinute = 20;
 constexpr i64 kMinuteUs = 60'000'000;
@@ -84,17 +76,6 @@ void lf_writeLine(std::ostream& stream, std::string_view mark, std::string_view 
     stream << mark << line << '\n';
 }
 
-/// The stream doesn't tell why it couldn't be opened: the system is asked again.
-std::string lf_openFaultText(const std::filesystem::path& path) {
-    std::error_code reason, ignored;
-    gf_writeFile(path, "", reason);
-    const std::filesystem::path folder = gf_absolutePath(path, ignored).parent_path();
-    return fmt::format(
-        "Failed to write file {} in the folder {}: {}. {} writes into the folder in which it stands: move "
-        "it into one where you may write, such as one below your own documents.",
-        gf_shownPath(path), gf_shownPath(folder), gf_writeFaultText(reason), kProgramName);
-}
-
 void lf_tellLeftOut(LogState& log, std::size_t kind) {
     u64& leftOut = log.kinds[kind].leftOut;
     if (leftOut == 0) return;
@@ -117,18 +98,17 @@ void lf_write(LogState& log, std::string_view mark, std::string_view line) {
 
 }  // namespace
 
-void gf_openLog(const std::filesystem::path& path) {
+bool gf_logInto(const std::filesystem::path& path, std::string_view firstLine) {
     LogState& log = lf_log();
     const std::lock_guard lock(log.mutex);
     gf_closeLog();
     // What is buffered reaches the file however the process ends; later lines are dropped.
     [[maybe_unused]] static const int registered = std::atexit(gf_closeLog);
-    gf_saveUpto3GenerationsOf(path);
     log.file.open(path, std::ios::binary | std::ios::trunc);
-    if (!log.file.is_open()) throw std::runtime_error(lf_openFaultText(path));
+    if (!log.file.is_open()) return false;
     log.stream = &log.file;
-    gf_log(fmt::format("{} (utc) {} version {} for {}", gf_utcTimeText(), kProgramName, gf_programVersion().text(),
-                       kSimulatorNames));
+    gf_log(firstLine);
+    return true;
 }
 
 void gf_openLogOnStandardOutput() {

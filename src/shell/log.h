@@ -11,9 +11,8 @@ namespace hcr {
 // Log.txt. Every function may be called from any thread; one line is one unit. While the log isn't open all calls do
 // nothing. Lines are passed without their line feed.
 
-/// Keeps three generations of the file and opens it anew, with its first line. Throws std::runtime_error
-/// "Failed to write file ", the path, its folder, the reason and what to do. `path` is relative to the working folder.
-void gf_openLog(const std::filesystem::path& path = "Log.txt");
+/// Writes the file anew from now on, with this line first. False when it can't be opened: the log is closed then.
+bool gf_logInto(const std::filesystem::path& path, std::string_view firstLine);
 /// Lets the lines go to standard output instead; for tools. No first line.
 void gf_openLogOnStandardOutput();
 /// Flushes and closes; for tests and for the end of the process.

@@ -1,8 +1,8 @@
 #include "shell/meta.h"
 
 #include "shell/log.h"
-#include "shell/parameters.h"
 #include "shell/time_text.h"
+#include "shell/version.h"
 #include "shell/xml.h"
 
 namespace hcr {

@@ -12,6 +12,7 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "shell/xml.h"
 
 namespace hcr {

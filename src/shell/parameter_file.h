@@ -30,10 +30,4 @@ bool gf_placeRootLevel();
 /// Deletes the item of that name.
 void gf_removeParameter(const std::string& name);
 
-/// Conversion across versions; true when the old file is too old to convert.
-bool updateOptions();
-/// The start-up step: loads the parameters and converts an existing file; true when there was none and a new one was
-/// made with default values. `keepCurrent` as above, for a run that follows another one.
-bool updateOptionsWrapped(bool keepCurrent = false);
-
 }  // namespace hcr

@@ -128,21 +128,6 @@ const ParameterLists& gf_parameterLists();
 /// Every parameter back to its default; for tests.
 void gf_resetParameters();
 
-struct VersionData {
-    i32 major = 0, minor = 0, patch = 0;
-
-    VersionData() = default;
-    VersionData(i32 majorNumber, i32 minorNumber, i32 patchNumber);
-    /// From "11.10.5"; an empty text gives 0.0.0, a number that can't be read is logged.
-    explicit VersionData(const std::string& text);
-    std::string text() const;
-    auto operator<=>(const VersionData&) const = default;
-};
-
-/// The program's name and version.
-inline constexpr const char* kProgramName = "Halcyrane";
-const VersionData& gf_programVersion();
-
 /// True when SIM_CHOICE is "MSFS 2024".
 bool gf_sim2024Chosen();
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "shell/log.h"
+#include "shell/version.h"
 
 namespace hcr {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/parameters.h"
+#include "shell/version.h"
 
 namespace hcr {
 

@@ -1,9 +1,14 @@
 #include "shell/run_stop.h"
 
+#include <array>
 #include <mutex>
 
 namespace hcr {
 namespace {
+
+constexpr std::array<const char*, 9> kReasonTexts = {"NOT YET SET",  "SIM WAS CLOSED",  "NEW FLIGHT",
+                                                     "NEW SETTINGS", "USER CLOSED SIM", "SIMCONNECT ERROR",
+                                                     "READER ERROR", "SYSTEM ERROR",    "NEW VERSION"};
 
 std::mutex gStopMutex;  // between stoppers only: whoever reads a set gStop finds its reason already there
 
@@ -33,6 +38,18 @@ void gf_requestStop(ExitReason reason, i32 restartSeconds) {
 
 bool gf_stopAsked() {
     return gStop || gUserStop;
+}
+
+const char* gf_exitReasonText(ExitReason reason) {
+    return kReasonTexts.at(static_cast<std::size_t>(reason));
+}
+
+bool gf_resetStop() {
+    gRestartSeconds = 0;
+    gExitReason = ExitReason::notYetSet;
+    const bool userAsked = gUserStop.exchange(false);
+    gStop = false;
+    return userAsked;
 }
 
 }  // namespace hcr

@@ -31,5 +31,9 @@ void gf_requestStop(ExitReason reason, i32 restartSeconds);
 
 /// True when either flag is set.
 bool gf_stopAsked();
+/// The reason as the log tells it. Any thread.
+const char* gf_exitReasonText(ExitReason reason);
+/// No stop is asked for any more. True when the user had asked for the end. Run thread.
+bool gf_resetStop();
 
 }  // namespace hcr

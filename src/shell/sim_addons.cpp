@@ -1,8 +1,9 @@
+#include "shell/sim_addons.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 
-#include "shell/data_update.h"
 #include "shell/download.h"
 #include "shell/file_names.h"
 #include "shell/log.h"

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/system.h"
+#include "platform/code_page.h"
 
 namespace hcr {
 namespace {

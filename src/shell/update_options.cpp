@@ -1,3 +1,5 @@
+#include "shell/update_options.h"
+
 #include <fmt/format.h>
 
 #include <array>
@@ -10,6 +12,7 @@
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
+#include "shell/version.h"
 
 namespace fs = std::filesystem;
 

@@ -25,36 +25,21 @@ void WindowText::set(std::string_view value) {
     text = value;
 }
 
+WindowText& WindowText::operator=(const WindowText& other) {
+    set(other.get());
+    return *this;
+}
+
 void gf_resetWindowState() {
     {
         const std::lock_guard lock(gWindow.mutex);
-        gWindow.message.clear();
-        gWindow.fatalMessage.clear();
-        gWindow.messageShownAt = 0;
-        gWindow.secondsCounter = 0;
+        static_cast<WindowRun&>(gWindow) = {};
     }
-    for (WindowText* text : {&gWindow.userAircraft, &gWindow.publisher, &gWindow.airportName, &gWindow.qualityText,
-                             &gWindow.simulatorText, &gWindow.rtVersionText, &gWindow.userStand}) {
-        text->set("");
-    }
-    gWindow.fitStatic = -1.0F;
-    gWindow.fitLive = -1.0F;
-    for (std::atomic<u64>* count :
-         {&gWindow.liveCount, &gWindow.parkedLiveCount, &gWindow.staticCount, &gWindow.standCount}) {
-        *count = 0;
-    }
-    gWindow.statusRowY = 399;
-    for (std::atomic<i32>* number : {&gWindow.maxParkCount, &gWindow.qnh, &gWindow.updatesCount}) *number = 0;
-    for (std::atomic<bool>* flag :
-         {&gWindow.handmade, &gWindow.rtConnected, &gWindow.airportFileOk, &gWindow.simConnected,
-          &gWindow.flightRunning, &gWindow.planSoft, &gWindow.planWeek}) {
-        *flag = false;
-    }
-    gWindow.rtLampDark = true;
-    gWindow.modelKnown = true;
-    gWindow.trafficLamp = 3;
-    gWindow.weatherLamp = 3;
     gf_repaint(Band::whole);
+}
+
+void gf_forgetWindowState() {
+    static_cast<WindowKept&>(gWindow) = {};
 }
 
 void gf_repaint(Band) {

@@ -6,70 +6,86 @@
 #include <string_view>
 
 #include "platform/types.h"
+#include "shell/shared_value.h"
 
 namespace hcr {
 
 /// A text of WindowState: one writer, any number of readers, each of whom gets a whole string.
 struct WindowText {
     mutable std::mutex mutex;
-    std::string text;  ///< through get and set only
+    std::string text;  ///< through the functions only
+
+    WindowText() = default;
+    WindowText(const WindowText& other) : text(other.get()) {}
+    WindowText& operator=(const WindowText& other);
 
     std::string get() const;
     void set(std::string_view value);
 };
 
-/// All that the main window shows; kept also when there is no window. Each field has one writer; the start value is
-/// the one that gf_resetRun restores, but for the fields marked "kept".
-struct WindowState {
-    std::recursive_mutex mutex;          ///< guards message, fatalMessage and their drawing
-    std::string message;                 ///< the message line
-    std::string fatalMessage;            ///< the error line; while it isn't empty the message line can't change
-    std::atomic<i32> messageShownAt{0};  ///< secondsCounter when message was set, at least 1; 0 without a message
-    std::atomic<i32> secondsCounter{0};  ///< counts seconds of the worker
+/// State of a lamp of the feed; the values are used as they stand.
+enum Lamp : i32 { kLampReceiving = 1, kLampSilent = 2, kLampOff = 3 };
+
+/// What the main window shows of a run. Each field has one writer.
+struct WindowRun {
+    std::string message;              ///< the message line; under WindowState::mutex, like the next one
+    std::string fatalMessage;         ///< the error line; while it isn't empty the message line can't change
+    SharedValue<i32> messageShownAt;  ///< secondsCounter when message was set, at least 1; 0 without a message
+    SharedValue<i32> secondsCounter;  ///< counts seconds of the worker
     WindowText userAircraft;
-    WindowText parkAirport;  ///< code of the airport of the static parking; kept
     WindowText publisher;
     WindowText airportName;
     WindowText qualityText;
     WindowText simulatorText;
     WindowText rtVersionText;
     WindowText userStand;
-    WindowText selectionText;             ///< kept
-    std::atomic<f32> fitStatic{-1.0F};    ///< average fit of the static aircraft, hours
-    std::atomic<f32> fitLive{-1.0F};      ///< average fit of the parked live aircraft, hours
-    std::atomic<u64> liveCount{0};        ///< live aircraft airborne or moving
-    std::atomic<u64> simaddonCount{0};    ///< kept
-    std::atomic<u64> thirdpartyCount{0};  ///< kept
-    std::atomic<u64> liveryCount{0};      ///< kept
-    std::atomic<u64> parkedLiveCount{0};
-    std::atomic<u64> staticCount{0};
-    std::atomic<u64> standCount{0};
-    std::atomic<i32> statusRowY{399};
-    std::atomic<i32> maxParkCount{0};
-    std::atomic<i32> maxParkPercent{0};  ///< kept
-    std::atomic<i32> qnh{0};
-    std::atomic<i32> minutesToRenewal{0};  ///< kept
-    std::atomic<i32> updatesCount{0};
-    std::atomic<u64> queuedStatics{0};  ///< kept
-    std::atomic<bool> handmade{false};
-    std::atomic<bool> rtLampDark{true};  ///< the RealTraffic lamp is black until the worker begins
-    std::atomic<bool> rtConnected{false};
-    std::atomic<bool> airportFileOk{false};
-    std::atomic<bool> simConnected{false};
-    std::atomic<bool> flightRunning{false};
-    std::atomic<bool> modelKnown{true};
-    std::atomic<bool> planSoft{false};
-    std::atomic<bool> planWeek{false};
-    std::atomic<bool> reservedOk{false};  ///< kept
-    std::atomic<i32> trafficLamp{3};      ///< 1 receiving, 2 silent, 3 off
-    std::atomic<i32> weatherLamp{3};
+    SharedValue<f32> fitStatic{-1.0F};  ///< average fit of the static aircraft, hours
+    SharedValue<f32> fitLive{-1.0F};    ///< average fit of the parked live aircraft, hours
+    SharedValue<u64> liveCount;         ///< live aircraft airborne or moving
+    SharedValue<u64> parkedLiveCount;
+    SharedValue<u64> staticCount;
+    SharedValue<u64> standCount;
+    SharedValue<i32> statusRowY{399};
+    SharedValue<i32> maxParkCount;
+    SharedValue<i32> qnh;
+    SharedValue<i32> updatesCount;
+    SharedValue<bool> handmade;
+    SharedValue<bool> rtLampDark{true};  ///< the RealTraffic lamp is black until the worker begins
+    SharedValue<bool> rtConnected;
+    SharedValue<bool> airportFileOk;
+    SharedValue<bool> simConnected;
+    SharedValue<bool> flightRunning;
+    SharedValue<bool> modelKnown{true};
+    SharedValue<bool> planSoft;
+    SharedValue<bool> planWeek;
+    SharedValue<i32> trafficLamp{kLampOff}, weatherLamp{kLampOff};
+};
+
+/// What it shows on from one run to the next.
+struct WindowKept {
+    WindowText parkAirport;  ///< code of the airport of the static parking
+    WindowText selectionText;
+    SharedValue<u64> simaddonCount;
+    SharedValue<u64> thirdpartyCount;
+    SharedValue<u64> liveryCount;
+    SharedValue<i32> maxParkPercent;
+    SharedValue<i32> minutesToRenewal;
+    SharedValue<u64> queuedStatics;
+    SharedValue<bool> reservedOk;
+};
+
+/// All that the main window shows; kept also when there is no window.
+struct WindowState : WindowRun, WindowKept {
+    std::recursive_mutex mutex;  ///< guards message, fatalMessage and their drawing
 };
 
 /// The one that the window shows.
 extern WindowState gWindow;
 
-/// Puts every field back to its start value, but for the kept ones. Run thread.
+/// Puts what belongs to a run back to its start value. Run thread.
 void gf_resetWindowState();
+/// The same for what is kept between two runs; while none runs.
+void gf_forgetWindowState();
 
 /// Bands of the window that are drawn by themselves.
 enum class Band : i32 { whole, message, simulator, realTraffic, liveTraffic, liveries, airport, parking };

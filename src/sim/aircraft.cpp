@@ -10,7 +10,7 @@
 #include "core/model/aircraft_class.h"
 #include "core/model/labels.h"
 #include "core/model/tables.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
@@ -91,9 +91,8 @@ void lf_removeObject(ParkedAc& ac) {
 
 }  // namespace
 
-void gf_queueCreate(AiCreateRequest request) {
-    const std::lock_guard lock(gSimMutex);
-    gCreateQueue.push_back(std::move(request));
+void gf_resetSelection() {
+    gSelectedObject = 0;
 }
 
 void removeAircraftFromSim(ParkedAc& ac) {

@@ -1,21 +1,15 @@
 #pragma once
 
 #include <atomic>
-#include <string>
 #include <string_view>
-#include <unordered_set>
-#include <vector>
 
 #include "core/model/aircraft.h"
-#include "core/model/sim_requests.h"
-#include "sim/sim_message.h"
 
 namespace hcr {
 
 // Everything that the program does to an aircraft inside the simulator. Worker thread; each call takes gSimMutex for
 // the time of its push, but for gf_setFreeze.
 
-void gf_queueCreate(AiCreateRequest request);
 void removeAircraftFromSim(ParkedAc& ac);
 void gf_engineStart(u32 objectId);
 void gf_engineStop(u32 objectId);
@@ -38,10 +32,6 @@ void gf_allLightsToggle(u32 objectId);
 /// Writes definition 401 at once: spoilers handle and both thrust levers in percent.
 void gf_writeThrottleSpoilers(u32 objectId, f64 spoilers, f64 lever1, f64 lever2);
 
-/// Objects that exist but aren't active yet; counted up once per pass.
-extern std::vector<SimMessage> gPendingObjects;
-/// One pass of the waiting list: lights at 50 and 100, initial state and active at 200.
-void gf_passPendingObjects();
 /// A title was refused by the simulator: remembers it; throws UserErrorException 81 at the twentieth.
 void gf_onCreateFailed(const ParkedAc& ac);
 /// The title that a line of the log, written by gf_onCreateFailed, tells to have been refused; empty for other lines.
@@ -49,5 +39,7 @@ std::string_view gf_refusedTitle(std::string_view logLine);
 
 /// The object selected in the window; 0 = none.
 extern std::atomic<u32> gSelectedObject;
+/// None is selected. Worker.
+void gf_resetSelection();
 
 }  // namespace hcr

@@ -18,6 +18,7 @@
 #include "sim/drain.h"
 #include "sim/object_data.h"
 #include "sim/session.h"
+#include "sim/sim_message.h"
 #include "sim/traffic_counters.h"
 
 namespace hcr {
@@ -26,9 +27,12 @@ namespace {
 constexpr i32 kNewFlightRestartSeconds = 45;
 constexpr u32 kFramesPerRate = 30;  // the frame rate is looked at about once a second
 
-// SimClient only.
-u32 gFrames = 0;
-bool gQuit = false;
+/// Marks of a session. SimClient only.
+struct SessionMarks {
+    u32 frames = 0;  ///< since the frame rate was looked at
+    bool quit = false;
+};
+SessionMarks gMarks;
 
 /// The message as the record T, or null when it is too short for one.
 template <typename T>
@@ -153,13 +157,13 @@ void lf_onAddRemove(const SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE& event) {
 
 void lf_onFrame(const SIMCONNECT_RECV_EVENT_FRAME& frame) {
     gf_drainQueues();
-    if (++gFrames < kFramesPerRate) return;
-    gFrames = 0;
+    if (++gMarks.frames < kFramesPerRate) return;
+    gMarks.frames = 0;
     gFrameRate = frame.fFrameRate;
 }
 
 void lf_onQuit() {
-    gQuit = true;
+    gMarks.quit = true;
     lf_setFlightRunning(false);
 }
 
@@ -217,13 +221,11 @@ void gf_dispatch(SIMCONNECT_RECV* message, u32 size, void* /*context*/) {
 }
 
 bool gf_takeQuit() {
-    return std::exchange(gQuit, false);
+    return std::exchange(gMarks.quit, false);
 }
 
 void gf_resetDispatch() {
-    gFrames = 0;
-    gQuit = false;
-    gf_resetObjectData();
+    gMarks = {};
 }
 
 }  // namespace hcr

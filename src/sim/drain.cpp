@@ -10,7 +10,6 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/time_text.h"
-#include "sim/aircraft.h"
 #include "sim/definitions.h"
 #include "sim/session.h"
 #include "sim/traffic_counters.h"
@@ -32,7 +31,7 @@ constexpr f32 kFastFrameRate = 50;  // above it the lock is free again so soon t
 
 template <typename T>
 void lf_prepare(std::vector<T>& queue) {
-    queue.clear();
+    queue = {};
     queue.reserve(kReservedCommands);
 }
 
@@ -117,6 +116,11 @@ PendingCreate gf_takePendingCreate(std::vector<PendingCreate>::iterator entry) {
     if (entry != std::prev(gPendingCreates.end())) *entry = std::move(gPendingCreates.back());
     gPendingCreates.pop_back();
     return taken;
+}
+
+void gf_queueCreate(AiCreateRequest request) {
+    const std::lock_guard lock(gSimMutex);
+    gCreateQueue.push_back(std::move(request));
 }
 
 void gf_resetQueues() {

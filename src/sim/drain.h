@@ -16,6 +16,8 @@ extern std::vector<AiCreateRequest> gCreateQueue;
 extern std::vector<u32> gRemovalQueue;
 extern std::vector<PendingCreate> gPendingCreates;
 
+/// Queues a creation. Worker.
+void gf_queueCreate(AiCreateRequest request);
 /// Takes an entry out of gPendingCreates; the last one moves into its place. SimClient, which alone uses that list.
 PendingCreate gf_takePendingCreate(std::vector<PendingCreate>::iterator entry);
 

@@ -8,8 +8,8 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/labels.h"
+#include "platform/code_page.h"
 #include "platform/files.h"
-#include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/generations.h"
 #include "shell/log.h"

@@ -13,15 +13,15 @@
 #include "core/model/park_state.h"
 #include "core/model/run_state.h"
 #include "shell/log.h"
-#include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/definitions.h"
-#include "sim/dispatch.h"
 #include "sim/drain.h"
 #include "sim/session.h"
+#include "sim/sim_message.h"
 #include "sim/user_aircraft.h"
 
 namespace hcr {
@@ -36,12 +36,15 @@ constexpr i64 kDaysToEpoch = 719163;       // days from 1 January of the year 1 
 constexpr i64 kSecondsPerDay = 86400;
 constexpr i64 kSaneClock = 1'000'000'000;  // beyond it the parts of a clock are garbage, and their sums may overflow
 
-// SimClient only.
-std::vector<u32> gAddedObjects;  // aircraft that were announced and not yet looked at
-UserAircraftData gUser{};
-LatLon gPreviousUser;
-std::string gShownStand;
-bool gAsoboLogged = false;
+/// What the replies of a session have told. SimClient only.
+struct Told {
+    std::vector<u32> added{};  ///< aircraft that were announced and not yet looked at
+    UserAircraftData user{};
+    LatLon previousUser{};
+    std::string shownStand{};
+    bool asoboLogged = false;
+};
+Told gTold;
 
 const char* lf_data(const SIMCONNECT_RECV_SIMOBJECT_DATA& message) {
     return reinterpret_cast<const char*>(&message) + sizeof(message);
@@ -67,22 +70,22 @@ std::string lf_text(const SIMCONNECT_RECV_SIMOBJECT_DATA& message, u32 size, std
 }
 
 bool lf_userKnown() {
-    return positionKnown(gUser.lat, gUser.lon);
+    return positionKnown(gTold.user.lat, gTold.user.lon);
 }
 
 void lf_checkTeleport(const UserAircraftData& user) {
-    if (!positionKnown(gPreviousUser.lat, gPreviousUser.lon) || !positionKnown(user.lat, user.lon)) return;
-    if (!(distanceNm(gPreviousUser.lat, gPreviousUser.lon, user.lat, user.lon) > kTeleportNm)) return;
+    if (!positionKnown(gTold.previousUser.lat, gTold.previousUser.lon) || !positionKnown(user.lat, user.lon)) return;
+    if (!(distanceNm(gTold.previousUser.lat, gTold.previousUser.lon, user.lat, user.lon) > kTeleportNm)) return;
     gf_log("Teleport");
     gf_requestStop(ExitReason::newFlight, kTeleportRestartSeconds);
 }
 
 void lf_showStand(const UserAircraftData& user) {
     std::string stand = gf_standUnderUser({user.lat, user.lon});
-    if (stand == gShownStand) return;
+    if (stand == gTold.shownStand) return;
     gWindow.userStand.set(stand);
     gf_repaint(Band::simulator);
-    gShownStand = std::move(stand);
+    gTold.shownStand = std::move(stand);
 }
 
 bool lf_clockSane(const UserAircraftData& user) {
@@ -93,10 +96,10 @@ bool lf_clockSane(const UserAircraftData& user) {
 void lf_onUserPosition(u32 objectId, UserAircraftData user) {
     if (!std::isfinite(user.lat) || !std::isfinite(user.lon) || !std::isfinite(user.alt)) return;
     user.alt = std::max(user.alt, 0.0);
-    gUser = user;
+    gTold.user = user;
     gf_storeUserPosition(user);
     lf_checkTeleport(user);
-    gPreviousUser = {user.lat, user.lon};
+    gTold.previousUser = {user.lat, user.lon};
     lf_showStand(user);
     if (lf_clockSane(user)) gSimTime = gf_simUnixSeconds(user.zuluYear, user.zuluDay, user.zuluTime);
     gUserObjectId = objectId;
@@ -124,10 +127,10 @@ void lf_onStaticData(u32 objectId, const StaticData& data) {
 
 /// True when the object was among the added ones; it is taken out, the last one moves into its place.
 bool lf_takeAdded(u32 objectId) {
-    const auto found = std::find(gAddedObjects.begin(), gAddedObjects.end(), objectId);
-    if (found == gAddedObjects.end()) return false;
-    *found = gAddedObjects.back();
-    gAddedObjects.pop_back();
+    const auto found = std::find(gTold.added.begin(), gTold.added.end(), objectId);
+    if (found == gTold.added.end()) return false;
+    *found = gTold.added.back();
+    gTold.added.pop_back();
     return true;
 }
 
@@ -161,8 +164,8 @@ void lf_logForeign(u32 objectId, const AiStatusData& status, std::string_view at
                         kProgramName, objectId, gf_quoted(atcId), agl, onGround, groundAltitude));
         return;
     }
-    if (gAsoboLogged) return;
-    gAsoboLogged = true;
+    if (gTold.asoboLogged) return;
+    gTold.asoboLogged = true;
     gf_log(
         fmt::format("\nSpawned by Asobo, oid: {}, callsign AS-GEN, altaboveGnd:{:.0f} ft, onground:{}, "
                     "gnd_alt:{:.0f} ft\n This message will be logged only once...\n",
@@ -233,7 +236,7 @@ void gf_onObjectDataByType(const SIMCONNECT_RECV_SIMOBJECT_DATA& message, u32 si
 }
 
 void gf_onObjectAdded(u32 objectId) {
-    if (objectId > gUserObjectId) gAddedObjects.push_back(objectId);
+    if (objectId > gUserObjectId) gTold.added.push_back(objectId);
 }
 
 void gf_onObjectRemoved(u32 objectId) {
@@ -250,12 +253,8 @@ bool gf_simUserPositionKnown() {
 }
 
 void gf_resetObjectData() {
-    gAddedObjects.clear();
-    gAddedObjects.reserve(kReservedObjects);
-    gUser = {};
-    gPreviousUser = {};
-    gShownStand.clear();
-    gAsoboLogged = false;
+    gTold = {};
+    gTold.added.reserve(kReservedObjects);
 }
 
 i64 gf_simUnixSeconds(i64 zuluYear, i64 zuluDay, i64 zuluTime) {

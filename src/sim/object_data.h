@@ -18,4 +18,7 @@ void gf_onObjectRemoved(u32 objectId);
 bool gf_simUserPositionKnown();
 void gf_resetObjectData();
 
+/// Unix seconds of the simulator's clock.
+i64 gf_simUnixSeconds(i64 zuluYear, i64 zuluDay, i64 zuluTime);
+
 }  // namespace hcr

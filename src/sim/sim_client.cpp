@@ -7,11 +7,13 @@
 
 #include "core/model/park_state.h"
 #include "platform/clock.h"
+#include "platform/timer_resolution.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/time_text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "sim/definitions.h"
 #include "sim/dispatch.h"
@@ -23,8 +25,12 @@ namespace {
 constexpr i64 kOpenRetryMs = 100;          // the simulator takes minutes to start; this is soon enough
 constexpr i64 kDispatchIntervalUs = 1000;  // short against a frame at any frame rate
 
-bool gWaitAnnounced = false;          // SimClient only
-std::exception_ptr gDispatchFailure;  // SimClient only
+/// SimClient's own marks.
+struct ClientMarks {
+    bool waitAnnounced = false;
+    std::exception_ptr dispatchFailure{};
+};
+ClientMarks gClient;
 
 struct TimerResolution {
     TimerResolution() { gf_beginTimerResolution(); }
@@ -36,17 +42,17 @@ struct TimerResolution {
 /// The frames between CallDispatch and this function belong to a foreign library, which no exception may cross: it is
 /// kept until CallDispatch has returned, and what else was waiting is passed over.
 void lf_guardedDispatch(SIMCONNECT_RECV* message, u32 size, void* context) {
-    if (gDispatchFailure) return;
+    if (gClient.dispatchFailure) return;
     try {
         gf_dispatch(message, size, context);
     } catch (...) {
-        gDispatchFailure = std::current_exception();
+        gClient.dispatchFailure = std::current_exception();
     }
 }
 
 void lf_announceWait() {
-    if (gWaitAnnounced) return;
-    gWaitAnnounced = true;
+    if (gClient.waitAnnounced) return;
+    gClient.waitAnnounced = true;
     gf_showMessage(fmt::format("Waiting for MSFS 20{} ...", gf_sim2024Chosen() ? "24" : "20"), true);
     gf_logFlush();
     gf_repaint(Band::whole);
@@ -73,7 +79,7 @@ void lf_simulatorGone() {
 void lf_dispatchWaiting() {
     // The result isn't looked at: a client library may well give a negative one when nothing waits.
     gSimPort.SimConnect_CallDispatch(gSimHandle, lf_guardedDispatch, nullptr);
-    if (gDispatchFailure) std::rethrow_exception(std::exchange(gDispatchFailure, nullptr));
+    if (gClient.dispatchFailure) std::rethrow_exception(std::exchange(gClient.dispatchFailure, nullptr));
 }
 
 void lf_runSession(const std::stop_token& stop) {
@@ -149,8 +155,7 @@ void gf_endSimClient() {
 }
 
 void gf_resetSimClient() {
-    gWaitAnnounced = false;
-    gDispatchFailure = nullptr;
+    gClient = {};
 }
 
 }  // namespace hcr

@@ -31,4 +31,9 @@ struct SimMessage {
 extern std::mutex gSimEventMutex;
 extern std::vector<SimMessage> gSimEvents;
 
+/// Appends a SimMessage under its lock.
+void gf_pushSimMessage(const SimMessage& message);
+/// Empties the list, with room for the usual number.
+void gf_resetSimEvents();
+
 }  // namespace hcr

@@ -192,7 +192,7 @@ void gf_onUserModel(const std::string& rawModel) {
 }
 
 void gf_resetUserAircraft() {
-    gUserTitle.clear();
+    gUserTitle = {};
     userHalfWingSpan = 0;
     gUserHalfSpanKnown = false;
     userCategory = Light;

@@ -1,3 +1,5 @@
+#include "sim/waiting_list.h"
+
 #include <fmt/format.h>
 
 #include "core/model/aircraft_class.h"
@@ -18,6 +20,8 @@ namespace {
 constexpr i32 kFirstTogglePass = 50;
 constexpr i32 kSecondTogglePass = 100;
 constexpr i32 kReadyPass = 200;
+
+constexpr std::size_t kReservedObjects = 256;  // room for a full sky
 
 constexpr f64 kLandingLightsFt = 10000;  // lights off above it
 constexpr f64 kCabinDarkBelowFt = 2000;  // cabin lights are dimmed for the last part of an approach
@@ -106,6 +110,11 @@ void gf_passPendingObjects() {
         if (!lf_pass(waiting)) gPendingObjects[kept++] = waiting;
     }
     gPendingObjects.resize(kept);
+}
+
+void gf_resetPendingObjects() {
+    gPendingObjects = {};
+    gPendingObjects.reserve(kReservedObjects);
 }
 
 }  // namespace hcr

@@ -16,7 +16,6 @@
 
 #include "platform/types.h"
 #include "shell/data_update.h"
-#include "shell/parameters.h"
 #include "shell/text.h"
 #include "sim/port/sandbox/scenario.h"
 #include "support/environment.h"

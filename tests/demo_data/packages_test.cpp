@@ -6,9 +6,11 @@
 #include <pugixml.hpp>
 
 #include "liveries/aircraft_cfg.h"
-#include "liveries/dbase.h"
+#include "liveries/cfg_content.h"
+#include "liveries/dbase_reader.h"
+#include "liveries/regcodes.h"
 #include "liveries/reports.h"
-#include "liveries/scan.h"
+#include "liveries/scan_threads.h"
 #include "shell/text_files.h"
 #include "support/data_folder.h"
 #include "support/environment.h"

@@ -5,18 +5,20 @@
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "core/model/validate.h"
 #include "engine/following.h"
 #include "engine/life_cycle.h"
 #include "engine/sim_news.h"
 #include "engine/spawn.h"
-#include "feed/traffic_reader.h"
 #include "liveries/dbase.h"
-#include "liveries/matching.h"
+#include "liveries/livery_tables.h"
+#include "liveries/match_memory.h"
 #include "parking/park_airport.h"
 #include "shell/random.h"
-#include "sim/aircraft.h"
 #include "sim/drain.h"
 #include "sim/session.h"
+#include "sim/session_reset.h"
+#include "sim/sim_message.h"
 
 namespace hcr::test {
 namespace {

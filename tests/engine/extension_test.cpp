@@ -8,7 +8,6 @@
 #include "engine/following.h"
 #include "engine/leg.h"
 #include "engine/report_judgement.h"
-#include "feed/traffic_reader.h"
 #include "shell/parameters.h"
 #include "sim/session.h"
 #include "tests/engine/engine_world.h"

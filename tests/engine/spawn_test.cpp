@@ -9,7 +9,7 @@
 #include "engine/life_cycle.h"
 #include "engine/reappearance.h"
 #include "liveries/dbase.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "shell/parameters.h"
 #include "sim/aircraft.h"
 #include "sim/session.h"

@@ -9,6 +9,7 @@
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "feed/qnh_reader.h"
+#include "feed/readers.h"
 #include "feed/traffic_reader.h"
 #include "platform/clock.h"
 #include "shell/parameters.h"

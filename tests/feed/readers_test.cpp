@@ -1,3 +1,5 @@
+#include "feed/readers.h"
+
 #include <fmt/format.h>
 
 #include "feed_world.h"

@@ -7,6 +7,7 @@
 
 #include "core/model/geo.h"
 #include "core/model/range.h"
+#include "feed/feed_counters.h"
 #include "feed_world.h"
 #include "tools/feed/generator.h"
 
@@ -49,7 +50,7 @@ struct TrafficLine : FeedWorld {
         gReports.clear();
         datagram = text;
         gTrafficReader.text = datagram;
-        processLine(gTrafficReader);
+        gTrafficReader.handleText();
         return gReports.empty() ? nullptr : &gReports.back();
     }
     const TrafficReport* decode(const Line& fields) { return decode(fields.text()); }
@@ -213,7 +214,7 @@ TEST_F(TrafficLine, AFeedThatIsTooFastLosesTheOldestReportsNotAllAircraft) {
     for (u32 i = 0; i < kLines; ++i) {
         datagram = Line().with(1, std::to_string(kFirstId + i)).text();
         gTrafficReader.text = datagram;
-        processLine(gTrafficReader);
+        gTrafficReader.handleText();
     }
     const u64 lost = drops(LineDrop::overtaken) - before;
     EXPECT_EQ(gReports.size() + lost, kLines);
@@ -438,7 +439,7 @@ TEST_F(TrafficLine, NoDamagedLineBringsNonsenseIntoTheQueue) {
             if (line.empty()) break;
         }
         gTrafficReader.text = line;
-        processLine(gTrafficReader);
+        gTrafficReader.handleText();
         for (std::size_t at = 0; at < gReports.size(); ++at) {
             const TrafficReport& report = gReports[at];
             const std::string what = broken(report);

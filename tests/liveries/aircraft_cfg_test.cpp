@@ -3,8 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "liveries/regcodes.h"
 #include "liveries/reports.h"
-#include "liveries/scan.h"
+#include "liveries/scan_threads.h"
 #include "support/data_folder.h"
 #include "support/environment.h"
 

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "core/model/aircraft_class.h"
+#include "liveries/dbase_reader.h"
+#include "liveries/similar_types.h"
 #include "shell/file_names.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"

@@ -9,6 +9,9 @@
 
 #include "core/model/aircraft_class.h"
 #include "liveries/dbase.h"
+#include "liveries/livery_tables.h"
+#include "liveries/match_memory.h"
+#include "liveries/match_trace.h"
 #include "liveries/results.h"
 #include "shell/parameters.h"
 #include "support/data_folder.h"

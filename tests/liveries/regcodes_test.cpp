@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "liveries/livery_data.h"
+#include "liveries/livery_tables.h"
 #include "liveries/results.h"
 #include "shell/file_names.h"
 #include "support/data_folder.h"

@@ -4,11 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "liveries/livery_tables.h"
 #include "liveries/reports.h"
+#include "liveries/scanned_file.h"
 #include "shell/file_names.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "support/data_folder.h"
 #include "support/environment.h"

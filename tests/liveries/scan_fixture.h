@@ -12,10 +12,13 @@
 #include <vector>
 
 #include "liveries/aircraft_cfg.h"
+#include "liveries/livery_tables.h"
 #include "liveries/reports.h"
-#include "liveries/results.h"
 #include "liveries/scan.h"
 #include "liveries/scan_pool.h"
+#include "liveries/scan_threads.h"
+#include "liveries/scan_walk.h"
+#include "liveries/scanned_file.h"
 #include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/messages.h"

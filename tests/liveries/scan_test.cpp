@@ -1,3 +1,5 @@
+#include "liveries/scan.h"
+
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
@@ -6,8 +8,14 @@
 #include <mutex>
 #include <thread>
 
+#include "liveries/cfg_content.h"
 #include "liveries/livery_data.h"
+#include "liveries/results.h"
 #include "liveries/scan_fixture.h"
+#include "liveries/scan_folders.h"
+#include "liveries/scan_threads.h"
+#include "liveries/scan_walk.h"
+#include "liveries/scanned_file.h"
 #include "platform/clock.h"
 #include "shell/messages.h"
 #include "shell/text.h"

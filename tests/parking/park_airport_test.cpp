@@ -5,7 +5,6 @@
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "feed/traffic_reader.h"
 #include "parking/plan.h"
 #include "shell/parameters.h"
 #include "shell/window_state.h"

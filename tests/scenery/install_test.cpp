@@ -4,6 +4,7 @@
 
 #include "scenery/install_fixture.h"
 #include "shell/log.h"
+#include "shell/log_start.h"
 #include "support/environment.h"
 
 namespace hcr {

@@ -8,7 +8,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "shell/parameters.h"
 #include "shell/shell_world.h"
+#include "shell/sim_addons.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
 #include "shell/window_state.h"

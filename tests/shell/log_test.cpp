@@ -6,12 +6,14 @@
 
 #include "platform/clock.h"
 #include "shell/generations.h"
+#include "shell/log_start.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/random.h"
 #include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/time_text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "support/temp_folder.h"
 

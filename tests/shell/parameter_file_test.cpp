@@ -9,6 +9,8 @@
 #include "shell/file_names.h"
 #include "shell/messages.h"
 #include "shell/shell_world.h"
+#include "shell/update_options.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "shell/xml.h"
 

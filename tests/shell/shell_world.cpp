@@ -6,9 +6,10 @@
 #include <iterator>
 #include <random>
 
-#include "platform/system.h"
+#include "platform/user_folders.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
+#include "shell/log_start.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/text.h"

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/system.h"
-
 using namespace hcr;
 using testing::ElementsAre;
 

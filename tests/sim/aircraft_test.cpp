@@ -4,14 +4,14 @@
 
 #include "core/model/aircraft_class.h"
 #include "core/model/tables.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "session_fixture.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/random.h"
 #include "shell/run_stop.h"
 #include "sim/drain.h"
-#include "sim/session.h"
+#include "sim/waiting_list.h"
 
 namespace hcr::test {
 namespace {

@@ -11,6 +11,7 @@
 #include "shell/run_stop.h"
 #include "shell/window_state.h"
 #include "sim/drain.h"
+#include "sim/object_data.h"
 #include "sim/session.h"
 
 namespace hcr::test {

@@ -8,7 +8,7 @@
 #include "session_fixture.h"
 #include "shell/run_stop.h"
 #include "shell/window_state.h"
-#include "sim/aircraft.h"
+#include "sim/requests.h"
 #include "sim/session.h"
 
 namespace hcr::test {

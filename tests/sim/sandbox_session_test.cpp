@@ -5,14 +5,16 @@
 #include "core/model/tables.h"
 #include "platform/clock.h"
 #include "session_fixture.h"
-#include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"
 #include "sim/flight_plan.h"
 #include "sim/port/sandbox/sandbox.h"
+#include "sim/requests.h"
 #include "sim/session.h"
+#include "sim/sim_client.h"
+#include "sim/waiting_list.h"
 
 namespace hcr::test {
 namespace {

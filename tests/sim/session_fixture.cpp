@@ -10,14 +10,16 @@
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "shell/log.h"
+#include "shell/log_start.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/window_state.h"
 #include "sim/dispatch.h"
 #include "sim/session.h"
+#include "sim/session_reset.h"
 
 namespace hcr::test {
 

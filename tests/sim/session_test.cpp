@@ -6,10 +6,11 @@
 #include "platform/clock.h"
 #include "session_fixture.h"
 #include "shell/messages.h"
-#include "shell/parameters.h"
 #include "shell/run_stop.h"
 #include "shell/window_state.h"
 #include "sim/drain.h"
+#include "sim/requests.h"
+#include "sim/sim_client.h"
 
 namespace hcr::test {
 namespace {

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "liveries/livery_data.h"
-
 namespace hcr::test {
 
 /// A fresh working folder with an open log and its own settings; all parameters at their defaults but RANDOM, which is

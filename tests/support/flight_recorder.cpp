@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/model/geo.h"
+#include "sim/port/sandbox/sandbox.h"
 
 namespace hcr::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/port/sandbox/sandbox.h"
+#include "sim/port/sandbox/object.h"
 
 namespace hcr::test {
 

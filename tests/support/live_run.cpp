@@ -5,14 +5,19 @@
 #include <array>
 
 #include "core/model/geo.h"
+#include "core/run/reset.h"
+#include "core/run/run.h"
+#include "core/run/window_messages.h"
 #include "feed/control_channel.h"
-#include "feed/udp_reader.h"
+#include "feed/readers.h"
 #include "liveries/dbase.h"
 #include "parking/catalogue.h"
 #include "platform/clock.h"
-#include "platform/system.h"
+#include "platform/user_folders.h"
 #include "shell/log.h"
+#include "shell/log_start.h"
 #include "shell/parameter_file.h"
+#include "sim/port/sandbox/sandbox.h"
 
 namespace hcr::test {
 namespace {

@@ -7,8 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include "core/run/run.h"
+#include "core/run/window_messages.h"
 #include "platform/sockets.h"
+#include "shell/run_stop.h"
 #include "tests/support/world.h"
 
 namespace hcr::test {

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "shell/log.h"
+#include "shell/log_start.h"
 
 namespace hcr::test {
 

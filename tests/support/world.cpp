@@ -5,11 +5,13 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "platform/system.h"
+#include "core/run/reset.h"
+#include "platform/user_folders.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/parameter_file.h"
 #include "shell/stream_cipher.h"
+#include "shell/version.h"
 #include "tests/support/environment.h"
 
 namespace hcr::test {

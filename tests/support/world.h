@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/model/aircraft.h"
+#include "core/run/reset.h"
 #include "tests/support/temp_folder.h"
 #include "tools/replay/simulated_run.h"
 

@@ -5,6 +5,7 @@
 #include "core/model/geo.h"
 #include "core/model/tables.h"
 #include "platform/clock.h"
+#include "sim/port/sandbox/sandbox.h"
 #include "tests/support/flight_recorder.h"
 #include "tests/support/world.h"
 

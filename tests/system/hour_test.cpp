@@ -8,7 +8,9 @@
 
 #include "core/model/geo.h"
 #include "core/model/tables.h"
+#include "core/model/validate.h"
 #include "shell/text.h"
+#include "sim/port/sandbox/sandbox.h"
 #include "tests/support/flight_recorder.h"
 #include "tests/support/world.h"
 

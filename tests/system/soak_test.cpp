@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "core/model/tables.h"
+#include "core/model/validate.h"
 #include "platform/system.h"
 #include "tests/support/world.h"
 

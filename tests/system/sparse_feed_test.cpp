@@ -5,6 +5,7 @@
 
 #include "core/model/tables.h"
 #include "shell/parameters.h"
+#include "sim/port/sandbox/sandbox.h"
 #include "tests/support/world.h"
 #include "tools/replay/flight_log.h"
 #include "tools/replay/measures.h"

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "liveries/matching.h"
 #include "shell/parameters.h"
 #include "shell/window_state.h"
+#include "sim/port/sandbox/sandbox.h"
 #include "tests/support/live_run.h"
 
 // The program with its real threads and sockets on a fast clock: RealTraffic's stand-in sends datagrams and talks over

@@ -7,8 +7,8 @@
 
 #include "core/model/aircraft.h"
 #include "core/model/tables.h"
-#include "liveries/dbase.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
+#include "liveries/match_trace.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
 #include "shell/messages.h"

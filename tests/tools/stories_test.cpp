@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/definitions.h"
 #include "support/temp_folder.h"
 
 namespace hcr::test {

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "commands.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "shell/parameters.h"
 #include "tools/data/match_data.h"
 

@@ -6,11 +6,12 @@
 #include <random>
 #include <stdexcept>
 
-#include "liveries/dbase.h"
-#include "liveries/matching.h"
+#include "liveries/dbase_reader.h"
+#include "liveries/match_memory.h"
 #include "liveries/results.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
+#include "shell/log_start.h"
 #include "shell/parameter_file.h"
 #include "shell/text.h"
 #include "sim/aircraft.h"

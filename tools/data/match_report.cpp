@@ -15,7 +15,11 @@
 #include "engine/life_cycle.h"
 #include "engine/spawn.h"
 #include "liveries/dbase.h"
+#include "liveries/livery_tables.h"
+#include "liveries/match_memory.h"
+#include "liveries/match_trace.h"
 #include "liveries/matching.h"
+#include "liveries/similar_types.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
 

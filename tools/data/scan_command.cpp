@@ -5,9 +5,10 @@
 #include <stdexcept>
 
 #include "commands.h"
-#include "liveries/dbase.h"
+#include "liveries/dbase_reader.h"
 #include "liveries/scan.h"
 #include "liveries/scan_pool.h"
+#include "liveries/scan_threads.h"
 #include "platform/system.h"
 #include "shell/file_names.h"
 #include "shell/log.h"

@@ -5,6 +5,7 @@
 
 #include "core/model/geo.h"
 #include "core/model/tables.h"
+#include "sim/port/sandbox/sandbox.h"
 
 namespace hcr {
 namespace {

@@ -9,24 +9,30 @@
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "core/run/run.h"
-#include "core/run/worker.h"
+#include "core/run/load.h"
+#include "core/run/reset.h"
+#include "core/run/tick.h"
+#include "feed/feed_counters.h"
 #include "feed/qnh_reader.h"
 #include "feed/traffic_reader.h"
 #include "liveries/dbase.h"
-#include "liveries/matching.h"
 #include "liveries/results.h"
 #include "parking/park_airport.h"
 #include "platform/clock.h"
-#include "platform/system.h"
+#include "platform/user_folders.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
-#include "shell/parameter_file.h"
+#include "shell/log_start.h"
 #include "shell/random.h"
+#include "shell/run_stop.h"
 #include "shell/text_files.h"
 #include "shell/window_state.h"
 #include "sim/flight_plan.h"
+#include "sim/port/sandbox/sandbox.h"
+#include "sim/requests.h"
 #include "sim/session.h"
+#include "sim/session_reset.h"
+#include "sim/sim_client.h"
 #include "tools/feed/recording.h"
 
 namespace hcr {
@@ -68,24 +74,9 @@ void lf_writeGenericLiveries() {
 
 }  // namespace
 
-void resetProgram() {
-    gf_resetRun();
-    gf_clearLiveryTables();
-    gf_forgetLiveries();
-    gf_resetParameters();
-    gRestart = false;
-    gExitCode = 0;
-    gRtOnThisPc = false;
-    gLastTimestamp = 0;
-    gTrafficReader.parkAirportAltValid = false;
-    while (gf_takeWindowMessage(0) != WindowMessage::none) {
-    }
-}
-
-SimulatedRun::SimulatedRun(const SimulatedRunOptions& options) {
+SimulatedRun::SimulatedRun(const SimulatedRunOptions& options) : restarts(options.restarts) {
     gf_holdClock(options.utc);
     gf_seedRandom(kSeed);
-    simTick = 0;  // what is done every so many cycles comes at the same moments each time
     gf_openLog();
     gf_startSandbox(options.scenario, options.trace);
     gf_loadAtStart();
@@ -106,10 +97,12 @@ SimulatedRun::SimulatedRun(const SimulatedRunOptions& options) {
 SimulatedRun::~SimulatedRun() {
     gf_endSimClient();
     gf_stopSandbox();
-    resetProgram();
-    gf_useUserFolders({}, {});
-    gf_forgetDbase();
-    gf_forgetAirports();
+    if (restarts) {
+        gf_resetRun();
+    } else {
+        resetProgram();
+        gf_useUserFolders({}, {});
+    }
     gf_closeLog();
     gf_releaseClock();
 }

@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "platform/system.h"
+#include "platform/user_folders.h"
 #include "shell/file_names.h"
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
 #include "shell/text.h"
+#include "shell/version.h"
 
 namespace fs = std::filesystem;
 

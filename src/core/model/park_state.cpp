@@ -7,6 +7,15 @@ std::vector<ParkAirportEntry> gParkAirports;
 AirportEntry gParkAirport;
 std::string gSelectedStand;
 
+void gf_resetParkState() {
+    {
+        const std::lock_guard lock(gParkAirportsMutex);
+        gParkAirports = {};
+    }
+    gParkAirport = {};
+    gSelectedStand = {};
+}
+
 bool gf_hasParkAirport() {
     return !gParkAirport.code.empty();
 }

@@ -33,6 +33,8 @@ extern std::vector<ParkAirportEntry> gParkAirports;  ///< under gParkAirportsMut
 extern AirportEntry gParkAirport;                    ///< code empty without a park airport
 extern std::string gSelectedStand;                   ///< the reserved stand, empty when there is none
 
+/// No park airport and no stand. Run thread.
+void gf_resetParkState();
 /// Whether a park airport is set. Run thread.
 bool gf_hasParkAirport();
 /// Elevation of the park airport in feet, or `without` when none is set.

@@ -26,6 +26,11 @@ void gf_setRange(i32 nm) {
     lf_rangeMetres = static_cast<u32>(std::max(nm, 0)) * kMetresPerMile;
 }
 
+void gf_resetRange() {
+    gRangeNm = kFirstRangeNm;
+    lf_rangeMetres = kFirstRangeNm * kMetresPerMile;
+}
+
 u32 gf_rangeMetres() {
     return lf_rangeMetres;
 }

@@ -1,18 +1,12 @@
 #include "core/model/slot.h"
 
-#include <cmath>
-
-#include "core/model/run_state.h"
-#include "platform/clock.h"
-
 namespace hcr {
 namespace {
 
 constexpr i64 kSecondsPerDay = 86400;
 constexpr i64 kSecondsPerSlot = 1800;
-constexpr i64 kEarlySeconds = 30;     // a slot begins half a minute before the hour and the half hour
-constexpr i64 kEpochWeekday = 3;      // 1970-01-01 was a Thursday; Monday = 0
-constexpr f64 kLargestTime = 2.5e11;  // seconds; some year 9900, all that a clock or a feed can mean
+constexpr i64 kEarlySeconds = 30;  // a slot begins half a minute before the hour and the half hour
+constexpr i64 kEpochWeekday = 3;   // 1970-01-01 was a Thursday; Monday = 0
 
 }  // namespace
 
@@ -21,15 +15,6 @@ HalfHourSlot slotOf(i64 unixSeconds) {
     const i64 days = (unixSeconds - inDay) / kSecondsPerDay;
     const i64 weekday = (((days + kEpochWeekday) % 7) + 7) % 7;
     return {static_cast<i32>(weekday) + 1, static_cast<i32>((inDay + kEarlySeconds) / kSecondsPerSlot % 48)};
-}
-
-HalfHourSlot currentSlot() {
-    f64 seconds = gf_utcSeconds();
-    if (gFeedClock) {
-        const f64 feed = gLastTimestamp;
-        if (feed != 0 && std::fabs(feed) < kLargestTime) seconds = feed;
-    }
-    return slotOf(static_cast<i64>(std::floor(seconds)));
 }
 
 }  // namespace hcr

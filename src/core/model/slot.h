@@ -17,7 +17,5 @@ struct alignas(8) HalfHourSlot {
 
 /// The slot of a time in Unix seconds: floor((seconds of the day + 30) / 1800) modulo 48; the weekday isn't advanced.
 HalfHourSlot slotOf(i64 unixSeconds);
-/// The slot of now; with gFeedClock the feed's latest timestamp stands for the time of day.
-HalfHourSlot currentSlot();
 
 }  // namespace hcr

@@ -46,21 +46,22 @@ void gf_reserveTables() {
 }
 
 void gf_clearTables() {
-    gLiveAcs.clear();
-    gParkedAcs.clear();
-    gStands.clear();
+    gLiveAcs = std::vector<LiveAc>();
+    gParkedAcs = {};
+    gStands = {};
     {
         const std::lock_guard lock(gReportMutex);
-        gReports.clear();
+        gReports = {};
+        gAcceptReports = false;
     }
-    gAddingStack.clear();
-    gLiveAdding.clear();
-    gParkedAdding.clear();
-    gRemovedObjects.clear();
-    gCoupledQueue.clear();
-    gCallsignParked.clear();
-    gParkPlanQueue.clear();
-    gGhosts.clear();
+    gAddingStack = {};
+    gLiveAdding = {};
+    gParkedAdding = {};
+    gRemovedObjects = {};
+    gCoupledQueue = {};
+    gCallsignParked = {};
+    gParkPlanQueue = {};
+    gGhosts = {};
 }
 
 LiveAc* findLiveByHexid(u32 hexid) {

@@ -40,9 +40,9 @@ extern std::vector<CallsignParked> gCallsignParked;  ///< live aircraft that are
 extern std::vector<ParkPlanEntry> gParkPlanQueue;  ///< static aircraft that are to be created, the next one at the end
 extern std::vector<std::string> gGhosts;           ///< names under which objects of ours are still shown that have left
 
-/// Room for the usual numbers; first run.
+/// Room for the usual numbers, at the start of a run.
 void gf_reserveTables();
-/// Empties every table above.
+/// Empties every table above and closes the gate for reports.
 void gf_clearTables();
 
 /// The record of a number, or null; good until the table changes. Run thread, like all below.
@@ -52,9 +52,5 @@ LiveAc* findLiveByCallsign(std::string_view callsign);
 ParkedAc* findParkedByHexid(u32 hexid);
 ParkedAc* findParkedByObject(u32 objectId);
 ParkPos* findStand(u32 standId);
-
-/// The invariants of the live table as a text that names the first one broken; empty when all hold. Debug
-/// builds ask each second and end at a fault, tests after each cycle.
-std::string validateLiveTable();
 
 }  // namespace hcr

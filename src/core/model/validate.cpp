@@ -1,3 +1,5 @@
+#include "core/model/validate.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>

@@ -1,18 +1,21 @@
+#include "core/run/close_down.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <filesystem>
 
-#include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "core/run/run.h"
+#include "core/run/outcome.h"
+#include "core/run/reset.h"
 #include "core/run/snapshot.h"
+#include "core/run/window_messages.h"
 #include "core/run/worker.h"
-#include "engine/spawn.h"
 #include "feed/control_channel.h"
+#include "feed/feed_counters.h"
 #include "feed/qnh_reader.h"
 #include "feed/traffic_reader.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "platform/clock.h"
@@ -21,14 +24,12 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
+#include "shell/parameters.h"
+#include "shell/run_stop.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
-#include "sim/aircraft.h"
-#include "sim/dispatch.h"
-#include "sim/drain.h"
 #include "sim/flight_plan.h"
-#include "sim/session.h"
-#include "sim/user_aircraft.h"
 
 namespace hcr {
 namespace {
@@ -177,53 +178,6 @@ void gf_showRestartCountdown() {
         if (lf_sleepUnless(kSecondMs, lf_closedByUser)) return;
     }
     gf_log("Restart countdown finished");
-}
-
-bool gf_resetRun() {
-    gf_resetFeed();
-    gf_resetSimSession();
-    gf_resetQueues();
-    gf_resetDispatch();
-    gf_resetUserAircraft();
-    gPendingObjects.clear();
-    gSelectedObject = 0;
-    gf_resetParking();
-    {
-        const std::lock_guard lock(gParkAirportsMutex);
-        gParkAirports.clear();
-    }
-    gParkAirport = {};
-    gSelectedStand.clear();
-    gf_wantReports(false);
-    gf_clearTables();
-    gf_forgetExchanges();
-    gf_forgetSnapshot();
-    noMatchAircraft.clear();
-    failedTitles.clear();
-    failedModels.clear();
-    matchSteps.fill(0);
-    gf_resetWindowState();
-    gSecondPulse = false;
-    gFeedClock = false;
-    gSimTime = 0;
-    gQnh = 1013;
-    gRenewStatics = false;
-    gRenewPhase = false;
-    gf_collectCallsigns(false);
-    for (std::atomic<bool>* flag :
-         {&gFlushStaticCmd, &gReReadCmd, &gRefreshCsListCmd, &gShowSelectionCmd, &gBlockCmd, &gClearNoMatchCmd}) {
-        *flag = false;
-    }
-    gLastTickUs = 0;
-    gSeconds = 0;
-    gFlightStopped = false;
-    gNotRunningCycles = 100;
-    gSlot = HalfHourSlot{};
-    gRestartSeconds = 0;
-    gExitReason = ExitReason::notYetSet;
-    const bool closedByUser = gUserStop.exchange(false);
-    gStop = false;
-    return closedByUser;
 }
 
 }  // namespace hcr

@@ -1,14 +1,17 @@
+#include "core/run/load.h"
+
 #include <fmt/format.h>
 
 #include <filesystem>
 #include <stdexcept>
 
 #include "core/model/run_state.h"
-#include "core/run/run.h"
+#include "core/run/outcome.h"
 #include "liveries/dbase.h"
-#include "liveries/results.h"
+#include "liveries/dbase_reader.h"
+#include "liveries/livery_tables.h"
 #include "parking/catalogue.h"
-#include "platform/system.h"
+#include "platform/user_folders.h"
 #include "scenery/install.h"
 #include "shell/controls.h"
 #include "shell/data_update.h"
@@ -16,9 +19,12 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
+#include "shell/parameters.h"
+#include "shell/run_stop.h"
 #include "shell/settings.h"
 #include "shell/stream_cipher.h"
 #include "shell/text.h"
+#include "shell/update_options.h"
 #include "shell/window_state.h"
 
 namespace hcr {
@@ -129,6 +135,10 @@ void gf_loadAtStart() {
         return;
     }
     lf_lookForRealTraffic();
+}
+
+void gf_resetLoad() {
+    gUpdateCut = false;
 }
 
 }  // namespace hcr

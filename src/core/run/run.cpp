@@ -2,15 +2,15 @@
 
 #include <fmt/format.h>
 
-#include <array>
-#include <condition_variable>
-#include <deque>
 #include <filesystem>
-#include <mutex>
 
-#include "core/model/tables.h"
+#include "core/run/close_down.h"
+#include "core/run/load.h"
+#include "core/run/outcome.h"
+#include "core/run/worker.h"
 #include "liveries/results.h"
 #include "liveries/scan.h"
+#include "liveries/scan_threads.h"
 #include "parking/catalogue.h"
 #include "parking/park_airport.h"
 #include "scenery/airport_scan.h"
@@ -19,36 +19,14 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
+#include "shell/run_stop.h"
 #include "shell/text_files.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "sim/flight_plan.h"
 
 namespace hcr {
-
-bool gRestart = false;
-i32 gExitCode = 0;
-bool gProduction = false;
-i64 gLastTickUs = 0;
-u32 gSeconds = 0;
-bool gFlightStopped = false;
-i32 gNotRunningCycles = 100;
-bool gRenewPhase = false;
-std::atomic<bool> gFlushStaticCmd{false}, gReReadCmd{false}, gRefreshCsListCmd{false}, gShowSelectionCmd{false},
-    gBlockCmd{false}, gClearNoMatchCmd{false};
-CycleStats gCycleStats;
-
 namespace {
-
-struct MessageQueue {
-    std::mutex mutex;
-    std::condition_variable arrived;
-    std::deque<WindowMessage> messages;
-};
-MessageQueue gMessages;
-
-constexpr std::array<const char*, 9> kReasonTexts = {"NOT YET SET",  "SIM WAS CLOSED",  "NEW FLIGHT",
-                                                     "NEW SETTINGS", "USER CLOSED SIM", "SIMCONNECT ERROR",
-                                                     "READER ERROR", "SYSTEM ERROR",    "NEW VERSION"};
 
 void lf_loadLiveries() {
     if (SCAN_LIVERIES.current) {
@@ -108,26 +86,6 @@ void lf_stopByException(const char* text) {
 }
 
 }  // namespace
-
-void gf_postToWindow(WindowMessage message) {
-    const std::lock_guard lock(gMessages.mutex);
-    gMessages.messages.push_back(message);
-    gMessages.arrived.notify_one();
-}
-
-WindowMessage gf_takeWindowMessage(i64 milliseconds) {
-    std::unique_lock lock(gMessages.mutex);
-    gMessages.arrived.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                               [] { return !gMessages.messages.empty(); });
-    if (gMessages.messages.empty()) return WindowMessage::none;
-    const WindowMessage message = gMessages.messages.front();
-    gMessages.messages.pop_front();
-    return message;
-}
-
-const char* gf_exitReasonText(ExitReason reason) {
-    return kReasonTexts.at(static_cast<std::size_t>(reason));
-}
 
 void gf_runThread() {
     try {

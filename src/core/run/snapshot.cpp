@@ -5,7 +5,7 @@
 
 #include "core/model/geo.h"
 #include "core/model/tables.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "sim/session.h"
 
 namespace hcr {
@@ -51,7 +51,7 @@ void gf_takeSnapshot() {
 
 void gf_forgetSnapshot() {
     const std::lock_guard lock(gSnapshotMutex);
-    gRows.clear();
+    gRows = {};
 }
 
 std::vector<AircraftRow> gf_snapshot() {

@@ -1,3 +1,5 @@
+#include "core/run/tick.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -7,16 +9,17 @@
 #include "core/model/labels.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "core/run/run.h"
+#include "core/model/validate.h"
 #include "core/run/snapshot.h"
-#include "core/run/worker.h"
+#include "core/run/window_commands.h"
 #include "engine/conflicts.h"
 #include "engine/following.h"
 #include "engine/life_cycle.h"
 #include "engine/sim_news.h"
 #include "feed/control_channel.h"
+#include "feed/readers.h"
 #include "feed/traffic_reader.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
 #include "parking/learned.h"
 #include "parking/park_airport.h"
 #include "parking/plan.h"
@@ -25,14 +28,24 @@
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
+#include "shell/run_stop.h"
 #include "shell/text.h"
 #include "shell/time_text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"
+#include "sim/requests.h"
 #include "sim/session.h"
 
 namespace hcr {
+
+i64 gLastTickUs = 0;
+u32 gSeconds = 0;
+bool gFlightStopped = false;
+i32 gNotRunningCycles = kNotRunningCycles;
+bool gRenewPhase = false;
+
 namespace {
 
 constexpr int kReportsPerCycle = 2;
@@ -259,6 +272,21 @@ bool gf_tick() {
     return true;
 }
 
+void gf_handPositionToDecoder() {
+    const UserAircraftData user = gf_lastUserPosition();
+    gTrafficReader.userLat = user.lat;
+    gTrafficReader.userLon = user.lon;
+}
+
+void gf_resetTick() {
+    gLastTickUs = 0;
+    gSeconds = 0;
+    gFlightStopped = false;
+    gNotRunningCycles = kNotRunningCycles;
+    gRenewPhase = false;
+    gCallsigns.set("");
+}
+
 void lf_handleAddingStack() {
     gf_handleSimMessages();
     gf_updateAllLive();
@@ -302,7 +330,7 @@ void gf_everySecond() {
 
 void gf_every15Seconds() {
     lf_driveRenewal();
-    if (gWindow.trafficLamp == 2 || gWindow.weatherLamp == 2) gf_checkReaders();
+    if (gWindow.trafficLamp == kLampSilent || gWindow.weatherLamp == kLampSilent) gf_checkReaders();
     if (gSeconds % 30 != 0) return;
     if (gClearNoMatchCmd.exchange(false)) noMatchAircraft.clear();
     if (AUTO_RANGE.current) gf_autoRange();
@@ -320,18 +348,18 @@ void gf_flightNotRunning() {
     if (!gFlightStopped) {
         gf_wantReports(false);
         gFlightStopped = true;
-        gNotRunningCycles = 100;
+        gNotRunningCycles = kNotRunningCycles;
         gf_clearPositionBuffers();
         gf_log(fmt::format("{} Flight not running", gf_timeOfDay()));
     }
     gf_handleSimMessages();
     --gNotRunningCycles;
-    if (gNotRunningCycles % 100 == 0) {
+    if (gNotRunningCycles % kNotRunningCycles == 0) {
         lf_takeReRead();
         gf_sendQs121();
     }
     if (gNotRunningCycles < 1) {
-        gNotRunningCycles = 100;
+        gNotRunningCycles = kNotRunningCycles;
         gf_refreshCounters();
         gf_takeSnapshot();
         gSlot = currentSlot();

@@ -10,21 +10,30 @@
 #include "core/model/range.h"
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "core/run/run.h"
+#include "core/run/tick.h"
 #include "feed/control_channel.h"
 #include "feed/qnh_reader.h"
+#include "feed/readers.h"
 #include "feed/traffic_reader.h"
 #include "parking/park_airport.h"
 #include "parking/plan.h"
 #include "platform/clock.h"
+#include "platform/timer_resolution.h"
 #include "shell/controls.h"
 #include "shell/log.h"
 #include "shell/messages.h"
 #include "shell/parameters.h"
+#include "shell/run_stop.h"
 #include "shell/window_state.h"
+#include "sim/requests.h"
 #include "sim/session.h"
+#include "sim/session_reset.h"
+#include "sim/sim_client.h"
 
 namespace hcr {
+
+CycleStats gCycleStats;
+
 namespace {
 
 constexpr i64 kCycleUs = 10'000;         // one tick of simTick
@@ -60,9 +69,7 @@ void lf_prepareStart() {
     gWindow.simConnected = false;
     gWindow.rtLampDark = false;
     gWaitingForRt = true;
-    static bool reserved = false;
-    if (!reserved) gf_reserveTables();
-    reserved = true;
+    gf_reserveTables();
     gf_repaint(Band::whole);
 }
 
@@ -153,12 +160,6 @@ void gf_joinSimClient() {
 
 bool gf_readersEnded() {
     return gReaderThreads == 0;
-}
-
-void gf_handPositionToDecoder() {
-    const UserAircraftData user = gf_lastUserPosition();
-    gTrafficReader.userLat = user.lat;
-    gTrafficReader.userLon = user.lon;
 }
 
 bool gf_waitForFlight() {

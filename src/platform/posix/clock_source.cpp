@@ -4,8 +4,6 @@
 
 #include <cerrno>
 
-#include "platform/clock.h"
-
 namespace hcr {
 namespace {
 
@@ -33,8 +31,5 @@ void gf_systemSleepUntilUs(i64 steadyUs) {
     while (clock_nanosleep(kSteadyClock, TIMER_ABSTIME, &until, nullptr) == EINTR) {
     }
 }
-
-void gf_beginTimerResolution() {}
-void gf_endTimerResolution() {}
 
 }  // namespace hcr

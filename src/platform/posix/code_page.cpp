@@ -1,8 +1,10 @@
+#include "platform/code_page.h"
+
 #include <utf8cpp/utf8.h>
 
 #include <iterator>
 
-#include "platform/system.h"
+#include "platform/types.h"
 
 namespace hcr {
 namespace {
@@ -19,6 +21,10 @@ constexpr char16_t kSpecial[] = {
 static_assert(std::size(kSpecial) == kBehindSpecial - kFirstSpecial);
 
 }  // namespace
+
+std::string gf_narrowPath(const std::filesystem::path& path) {
+    return path.native();
+}
 
 std::optional<std::string> gf_decodeCodePage(std::string_view bytes, bool strict) {
     std::string out;

@@ -171,10 +171,6 @@ void gf_onTerminate(std::atomic<bool>& flag) {
     if (!lf_isIgnored(SIGHUP)) lf_catchSignal(SIGHUP);  // ignored under nohup
 }
 
-std::string gf_narrowPath(const fs::path& path) {
-    return path.native();
-}
-
 u64 gf_residentBytes() {
     std::ifstream memory("/proc/self/statm");
     u64 allPages = 0, residentPages = 0;

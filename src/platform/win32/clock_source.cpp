@@ -1,12 +1,10 @@
 #include "platform/clock_source.h"
 
-#include "platform/clock.h"
 #include "platform/win32/windows_header.h"
 
 namespace hcr {
 namespace {
 
-constexpr UINT kTimerPeriodMs = 1;                        // the worker's cycle of 10 ms needs it
 constexpr i64 kTicksFrom1601To1970 = 116444736000000000;  // FILETIME counts 100 ns since 1601
 
 i64 lf_counterFrequency() {
@@ -43,14 +41,6 @@ void gf_systemSleepUntilUs(i64 steadyUs) {
         const i64 milliseconds = (left + 999) / 1'000;
         Sleep(static_cast<DWORD>(milliseconds < kLongestSleepMs ? milliseconds : kLongestSleepMs));
     }
-}
-
-void gf_beginTimerResolution() {
-    timeBeginPeriod(kTimerPeriodMs);
-}
-
-void gf_endTimerResolution() {
-    timeEndPeriod(kTimerPeriodMs);
 }
 
 }  // namespace hcr

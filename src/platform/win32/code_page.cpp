@@ -1,6 +1,7 @@
+#include "platform/code_page.h"
+
 #include <climits>
 
-#include "platform/system.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_header.h"
 

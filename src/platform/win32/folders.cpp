@@ -4,7 +4,7 @@
 #include <memory>
 #include <system_error>
 
-#include "platform/system.h"
+#include "platform/code_page.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_header.h"
 

@@ -8,16 +8,21 @@
 #include <string>
 #include <thread>
 
+#include "core/run/outcome.h"
 #include "core/run/run.h"
 #include "core/run/snapshot.h"
+#include "core/run/window_messages.h"
+#include "core/run/worker.h"
+#include "feed/feed_counters.h"
 #include "feed/qnh_reader.h"
 #include "feed/traffic_reader.h"
 #include "platform/clock.h"
 #include "platform/system.h"
 #include "shell/log.h"
 #include "shell/messages.h"
-#include "shell/parameters.h"
+#include "shell/run_stop.h"
 #include "shell/time_text.h"
+#include "shell/version.h"
 #include "shell/window_state.h"
 #include "sim/traffic_counters.h"
 
@@ -45,7 +50,7 @@ void lf_print(const std::string& text) {
 }
 
 const char* lf_lampText(i32 lamp) {
-    return lamp == 1 ? "receiving" : lamp == 2 ? "silent" : "off";
+    return lamp == kLampReceiving ? "receiving" : lamp == kLampSilent ? "silent" : "off";
 }
 
 std::string lf_countersLine() {

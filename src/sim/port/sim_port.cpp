@@ -17,4 +17,11 @@ static_assert(lf_visited() * sizeof(void (*)()) == sizeof(SimPort), "gf_visitSim
 
 }  // namespace
 
+bool gf_simPortHas(std::string_view name) {
+    bool has = false;
+    const SimPort port;
+    gf_visitSimPort(port, [&](const char* function, const auto&) { has = has || name == function; });
+    return has;
+}
+
 }  // namespace hcr

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 #include "sim/port/layouts.h"
 
@@ -80,5 +81,8 @@ constexpr void gf_visitSimPort(Port& port, Visit visit) {
 }
 
 extern SimPort gSimPort;
+
+/// Whether the list has a function of this published name. Any thread.
+bool gf_simPortHas(std::string_view name);
 
 }  // namespace hcr

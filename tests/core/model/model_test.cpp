@@ -7,6 +7,7 @@
 #include "core/model/geo.h"
 #include "core/model/labels.h"
 #include "core/model/tables.h"
+#include "core/model/validate.h"
 
 namespace hcr {
 namespace {

@@ -1,17 +1,23 @@
+#include "core/run/load.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <thread>
 
 #include "core/model/run_state.h"
-#include "core/run/run.h"
+#include "core/run/outcome.h"
+#include "core/run/reset.h"
+#include "core/run/window_messages.h"
 #include "liveries/dbase.h"
-#include "platform/system.h"
+#include "platform/user_folders.h"
 #include "shell/file_names.h"
 #include "shell/messages.h"
 #include "shell/parameter_file.h"
 #include "shell/parameters.h"
+#include "shell/run_stop.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "support/data_folder.h"
 #include "support/environment.h"
 #include "support/world.h"

@@ -6,11 +6,14 @@
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
-#include "core/run/run.h"
+#include "core/run/reset.h"
 #include "core/run/snapshot.h"
+#include "core/run/tick.h"
 #include "feed/control_channel.h"
-#include "liveries/matching.h"
+#include "liveries/match_memory.h"
+#include "shell/run_stop.h"
 #include "shell/window_state.h"
+#include "sim/port/sandbox/sandbox.h"
 #include "tests/support/environment.h"
 #include "tests/support/world.h"
 

@@ -1,9 +1,10 @@
+#include "core/run/tick.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "core/model/run_state.h"
-#include "core/run/run.h"
-#include "core/run/worker.h"
+#include "core/run/reset.h"
 #include "feed/traffic_reader.h"
 #include "parking/plan.h"
 #include "shell/parameters.h"

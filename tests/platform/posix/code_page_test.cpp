@@ -1,6 +1,7 @@
+#include "platform/code_page.h"
+
 #include <gtest/gtest.h>
 
-#include "platform/system.h"
 #include "shell/text.h"
 
 using namespace hcr;

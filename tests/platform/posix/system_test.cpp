@@ -7,6 +7,7 @@
 
 #include <csignal>
 
+#include "platform/user_folders.h"
 #include "support/environment.h"
 #include "support/temp_folder.h"
 

@@ -5,8 +5,10 @@
 #include <atomic>
 #include <functional>
 
+#include "platform/code_page.h"
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/user_folders.h"
 #include "platform/win32/windows_header.h"
 #include "shell/generations.h"
 #include "shell/text.h"

@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "sim/port/sandbox/sandbox.h"
+#include "sim/port/layouts.h"
+#include "sim/port/sandbox/object.h"
+#include "sim/port/sandbox/scenario.h"
 #include "sim/port/sandbox/variables.h"
 
 namespace hcr {

@@ -1,8 +1,9 @@
 #include "sim/port/sandbox/calls.h"
 
-#include <cstring>
-
-#include "sim/port/sandbox/port_call.h"
+#include "sim/port/sandbox/calls_data.h"
+#include "sim/port/sandbox/calls_events.h"
+#include "sim/port/sandbox/calls_objects.h"
+#include "sim/port/sandbox/calls_session.h"
 
 namespace hcr {
 
@@ -26,13 +27,6 @@ SimPort gf_sandboxPort() {
     port.SimConnect_AIRemoveObject = lf_removeObject;
     port.SimConnect_AISetAircraftFlightPlan = lf_setFlightPlan;
     return port;
-}
-
-bool gf_sandboxHasCall(const char* name) {
-    bool has = false;
-    const SimPort port;
-    gf_visitSimPort(port, [&](const char* call, const auto&) { has = has || std::strcmp(call, name) == 0; });
-    return has;
 }
 
 }  // namespace hcr

@@ -1,3 +1,5 @@
+#include "sim/port/sandbox/calls_data.h"
+
 #include <algorithm>
 #include <cmath>
 #include <string>

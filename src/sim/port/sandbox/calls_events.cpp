@@ -1,3 +1,5 @@
+#include "sim/port/sandbox/calls_events.h"
+
 #include "sim/port/sandbox/port_call.h"
 
 namespace hcr {

@@ -1,3 +1,5 @@
+#include "sim/port/sandbox/calls_objects.h"
+
 #include <algorithm>
 #include <cmath>
 #include <filesystem>

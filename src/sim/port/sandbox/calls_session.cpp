@@ -1,16 +1,15 @@
+#include "sim/port/sandbox/calls_session.h"
+
 #include <atomic>
 
 #include "platform/clock.h"
 #include "sim/port/sandbox/port_call.h"
+#include "sim/port/sandbox/timeline.h"
 
 namespace hcr {
 namespace {
 
 std::atomic<std::uintptr_t> gLiveHandle{0};  // the open session's, read without the lock between two messages
-
-std::uintptr_t lf_number(SimHandle handle) {
-    return reinterpret_cast<std::uintptr_t>(handle);
-}
 
 void lf_sendOpen(SandboxWorld& world) {
     auto* message = gf_sandboxAdd<SIMCONNECT_RECV_OPEN>(world.session.waiting, SIMCONNECT_RECV_ID_OPEN);
@@ -44,41 +43,6 @@ void lf_beginTime(SandboxWorld& world) {
 }
 
 }  // namespace
-
-bool gf_sandboxHandleValid(const SandboxWorld& world, SimHandle handle) {
-    return world.started && world.session.open && lf_number(handle) == world.session.handle;
-}
-
-bool gf_sandboxFails(SandboxWorld& world, const char* name) {
-    if (world.failing.empty()) return false;
-    const auto found = world.failing.find(name);
-    if (found == world.failing.end()) return false;
-    if (--found->second <= 0) world.failing.erase(found);
-    return true;
-}
-
-SandboxCall gf_sandboxBegin(const char* name, SimHandle handle, bool valid) {
-    SandboxCall call{std::unique_lock(gSandboxMutex), gSandbox, gSandbox.session};
-    if (!gf_sandboxHandleValid(call.world, handle) || call.world.gone || gf_sandboxFails(call.world, name)) {
-        call.result = kSandboxFail;
-        if (call.world.started) {
-            gf_sandboxTraceLine(call.world.trace, call.world.now, "call", name, "result", call.result);
-        }
-        return call;
-    }
-    if (!valid) {
-        call.result = kSandboxBadArgument;
-        return call;
-    }
-    call.packet = ++call.session.packet;
-    ++call.world.counters.calls;
-    return call;
-}
-
-SimResult gf_sandboxRefuse(SandboxCall& call, SimException exception, u32 index) {
-    gf_sandboxSendException(call.world, exception, call.packet, index);
-    return kSandboxOk;
-}
 
 SimResult lf_open(SimHandle* handle, const char* name, void*, u32, void*, u32) {
     const std::scoped_lock lock(gSandboxMutex);
@@ -125,7 +89,7 @@ SimResult lf_callDispatch(SimHandle handle, SimDispatch dispatch, void* context)
         delivered.bytes.swap(session.waiting.bytes);
         gf_sandboxAdvance(world);
     }
-    gf_sandboxDeliver(delivered, dispatch, context, [handle] { return gLiveHandle == lf_number(handle); });
+    gf_sandboxDeliver(delivered, dispatch, context, [handle] { return gLiveHandle == gf_sandboxNumber(handle); });
     const std::scoped_lock lock(gSandboxMutex);
     if (gf_sandboxHandleValid(gSandbox, handle)) gSandbox.session.spare = std::move(delivered.bytes);
     return kSandboxOk;

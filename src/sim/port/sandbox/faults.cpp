@@ -1,7 +1,8 @@
+#include "sim/port/sandbox/faults.h"
+
 #include <algorithm>
 
 #include "core/model/geo.h"
-#include "sim/port/sandbox/world.h"
 
 namespace hcr {
 namespace {

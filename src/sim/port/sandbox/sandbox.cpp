@@ -5,6 +5,7 @@
 #include "core/model/geo.h"
 #include "platform/clock.h"
 #include "sim/port/sandbox/calls.h"
+#include "sim/port/sandbox/faults.h"
 #include "sim/port/sandbox/world.h"
 
 namespace hcr {

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 #include <vector>
 
+#include "sim/port/sandbox/object.h"
 #include "sim/port/sandbox/scenario.h"
-#include "sim/port/sim_port.h"
 
 namespace hcr {
 
@@ -23,33 +22,8 @@ void gf_stopSandbox();
 
 // What tests, the demo and its picture look at.
 
-struct SandboxObject {
-    u32 id = 0;
-    std::string title, tail;
-    std::string from, to;                  ///< of the flight plan that was handed over, empty without one
-    f64 lat = 0, lon = 0, alt = 0;         ///< degrees, feet
-    f64 pitch = 0, bank = 0, heading = 0;  ///< degrees
-    f64 vs = 0, tas = 0;                   ///< feet per minute, knots
-    f64 agl = 0;                           ///< feet
-    bool onGround = false;
-    bool released = false;
-    bool frozenPosition = false, frozenAltitude = false, frozenAttitude = false;
-    u32 gear = 0, flaps = 0, throttle = 0, spoilers = 0, engines = 0;
-    u32 nav = 0, beacon = 0, landing = 0, taxi = 0, strobes = 0, logo = 0, cabin = 0;  ///< lights
-    i64 positionWrites = 0;  ///< how often definition 402 was written
-};
 std::vector<SandboxObject> gf_sandboxObjects();
 
-struct SandboxCounters {
-    u64 creates = 0;   ///< calls that made an object
-    u64 refusals = 0;  ///< create calls answered by an exception
-    u64 removals = 0;  ///< objects that went, by a call or a fault
-    u64 positionWrites = 0;
-    u64 events = 0;  ///< client events that were carried out
-    u64 exceptions = 0;
-    u64 frames = 0;
-    u64 calls = 0;  ///< sent in any session, position writes included
-};
 SandboxCounters gf_sandboxCounters();
 
 /// The user's aircraft; its lights, gear and so on are those of a parked trainer.
@@ -61,7 +35,6 @@ f64 gf_sandboxSeconds();
 
 /// Called for every position write that takes effect, under the sandbox's lock; for tests and for the demo's picture.
 /// It must not call the simulator. Null ends it.
-using SandboxPositionHook = void (*)(const SandboxObject& object, f64 seconds, void* context);
 void gf_setSandboxPositionHook(SandboxPositionHook hook, void* context);
 
 /// Plays one fault now, as if the scenario had it at this moment.

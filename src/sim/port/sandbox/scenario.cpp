@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "shell/text.h"
-#include "sim/port/sandbox/calls.h"
+#include "sim/port/sim_port.h"
 
 namespace hcr {
 namespace {
@@ -188,7 +188,7 @@ FaultKind lf_readKind(Fields& fields) {
 
 void lf_readCall(Fields& fields, ScenarioFault& fault) {
     lf_require(fields, "call", lf_text(fields, "call", fault.call));
-    if (!gf_sandboxHasCall(fault.call.c_str())) {
+    if (!gf_simPortHas(fault.call)) {
         lf_fail(fmt::format("{}: there is no call \"{}\"", fields.nameOf("call"), fault.call));
     }
     lf_whole(fields, "count", fault.count, 1, 1e6);

@@ -108,12 +108,12 @@ extern SandboxWorld gSandbox;
 inline constexpr u32 kSandboxUserId = 1;
 
 bool gf_sandboxPaused(const SandboxWorld& world);
+/// There is a client, and the simulator lives to tell it something.
+bool gf_sandboxReachesClient(const SandboxWorld& world);
 /// Frames and periodic answers come only then.
 bool gf_sandboxRuns(const SandboxWorld& world);
 /// Seconds that passed for the user's aircraft and the simulator's clock: pauses don't count.
 f64 gf_sandboxFlightSeconds(const SandboxWorld& world);
-/// Goes on to the clock's present time, in the order of what is due.
-void gf_sandboxAdvance(SandboxWorld& world);
 /// Brings the record of the user's aircraft up to the present.
 SandboxAircraft& gf_sandboxUser(SandboxWorld& world);
 /// Null when there is no such object. 0 and the user's own id mean the user's aircraft.
@@ -125,12 +125,6 @@ void gf_sandboxRemoveAircraft(SandboxWorld& world, u32 id);
 TitleFacts gf_sandboxFacts(const SandboxWorld& world, const std::string& title);
 void gf_sandboxPlaceUser(SandboxWorld& world, const UserPoint& point);
 
-void gf_sandboxPlay(SandboxWorld& world, const ScenarioFault& fault);
-void gf_sandboxPause(SandboxWorld& world, f64 seconds);
-void gf_sandboxResume(SandboxWorld& world);
-void gf_sandboxSetFrameRate(SandboxWorld& world, f64 rate);
-/// The simulator ends, for `seconds` or for ever.
-void gf_sandboxQuit(SandboxWorld& world, f64 seconds);
 /// Takes the client's AI objects away without a word, when it is gone; all of them when the simulator is.
 void gf_sandboxForgetAircraft(SandboxWorld& world);
 

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "shell/parameters.h"
 #include "shell/text.h"
+#include "shell/version.h"
 #include "sim/port/sim_port.h"
 
 namespace hcr {

@@ -3,6 +3,8 @@
 
 #include "client.h"
 #include "core/model/geo.h"
+#include "sim/port/sandbox/object.h"
+#include "sim/port/sim_port.h"
 
 namespace hcr {
 namespace {

@@ -2,6 +2,7 @@
 #include <thread>
 
 #include "client.h"
+#include "sim/port/sim_port.h"
 
 namespace hcr {
 namespace {

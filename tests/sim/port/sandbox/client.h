@@ -7,6 +7,7 @@
 
 #include "platform/clock.h"
 #include "sim/port/sandbox/sandbox.h"
+#include "sim/port/sim_port.h"
 
 namespace hcr {
 

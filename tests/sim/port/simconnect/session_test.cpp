@@ -9,6 +9,9 @@
 #include "shell/run_stop.h"
 #include "sim/aircraft.h"
 #include "sim/drain.h"
+#include "sim/requests.h"
+#include "sim/sim_client.h"
+#include "sim/waiting_list.h"
 #include "stand_in.h"
 #include "tests/sim/session_fixture.h"
 

@@ -7,6 +7,7 @@
 
 #include "platform/system.h"
 #include "shell/text.h"
+#include "sim/port/sim_port.h"
 #include "sim/port/simconnect/simconnect.h"
 #include "tests/support/environment.h"
 #include "tests/support/temp_folder.h"

@@ -11,6 +11,7 @@
 #include "parking/airport_xml.h"
 #include "parking/catalogue.h"
 #include "parking/learned_file.h"
+#include "parking/learned_path.h"
 #include "parking/quality.h"
 #include "parking/stands_xml.h"
 #include "shell/controls.h"

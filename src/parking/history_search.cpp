@@ -1,10 +1,12 @@
+#include "parking/history_search.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 
+#include "core/model/geo.h"
 #include "core/model/tables.h"
 #include "liveries/dbase.h"
-#include "parking/stand_search.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/random.h"

@@ -11,11 +11,6 @@ namespace hcr {
 
 // The learned file of an airport: what was seen there beyond its archived file. Run thread.
 
-/// Where what is learned at the airport of this file is kept, relative to the working folder; empty when there is no
-/// such place.
-std::filesystem::path gf_learnedPath(std::string_view airportPath, std::string_view publisher);
-/// A text of a path as the name of a folder: "%XX" decoded, what no file system takes turned into blanks.
-std::string gf_cleanedName(std::string_view text);
 /// Merges the learned file into the stands, puts its settings in force, and takes over the head of a handmade one. A
 /// fault is logged and costs the learned file only, which is kept aside.
 void lf_readLearned(const std::filesystem::path& path, AirportFile& info, std::vector<ParkPos>& stands, bool& handmade);

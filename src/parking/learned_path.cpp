@@ -1,7 +1,9 @@
-#include <algorithm>
-#include <cctype>
+#include "parking/learned_path.h"
 
-#include "parking/learned_file.h"
+#include <algorithm>
+#include <optional>
+
+#include "parking/airport_file.h"
 #include "shell/file_names.h"
 #include "shell/text.h"
 

@@ -6,8 +6,9 @@
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "parking/history_search.h"
+#include "parking/plan_levels.h"
 #include "parking/plan_steps.h"
-#include "parking/stand_search.h"
 #include "shell/controls.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
@@ -54,8 +55,6 @@ bool lf_refreshStatics(const HalfHourSlot& now) {
 }
 
 }  // namespace
-
-std::atomic<bool> gRenewalRunning{false};
 
 void gf_parkTick(bool) {}
 
@@ -124,14 +123,8 @@ void gf_refreshCounters() {
 }
 
 void gf_resetParking() {
-    gMaxParked = 0;
-    gRenewalRunning = false;
-    gParkedPercent = gRealFit = 0;
-    gSoftFit = -1;
-    gKeepList.clear();
-    gRemovalList.clear();
+    gf_resetPlanState();
     gRealCallsigns.clear();
-    gRenewalMinutes = kMinutesBetweenRenewals;
 }
 
 }  // namespace hcr

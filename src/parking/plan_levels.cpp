@@ -1,11 +1,13 @@
+#include "parking/plan_levels.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 
 #include "core/model/tables.h"
-#include "parking/plan.h"
-#include "parking/stand_search.h"
+#include "parking/history_search.h"
+#include "parking/plan_state.h"
 #include "shell/log.h"
 #include "shell/parameters.h"
 #include "shell/random.h"
@@ -96,11 +98,6 @@ void lf_planLevel(const HalfHourSlot& slot, i32 wanted, i32 existing, const Leve
 }
 
 }  // namespace
-
-std::atomic<i32> gMaxParked{0};
-i32 gParkedPercent = 0;
-i32 gRealFit = 0;
-i32 gSoftFit = -1;
 
 i32 gf_wantedParked() {
     const i32 most = MAX_PARK_SEL.current;

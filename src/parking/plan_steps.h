@@ -2,7 +2,8 @@
 
 #include <vector>
 
-#include "parking/plan.h"
+#include "core/model/slot.h"
+#include "core/model/stand.h"
 
 namespace hcr {
 

@@ -1,3 +1,5 @@
+#include "parking/renewal.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -8,10 +10,11 @@
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
 #include "liveries/dbase.h"
+#include "parking/history_search.h"
 #include "parking/park_limits.h"
-#include "parking/plan.h"
+#include "parking/plan_levels.h"
+#include "parking/plan_state.h"
 #include "parking/plan_steps.h"
-#include "parking/stand_search.h"
 #include "platform/clock.h"
 #include "shell/log.h"
 #include "shell/messages.h"
@@ -19,9 +22,6 @@
 #include "sim/aircraft.h"
 
 namespace hcr {
-
-std::vector<KeepEntry> gKeepList;
-std::vector<Removal> gRemovalList;
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "core/model/tables.h"
 #include "liveries/class_values.h"
 #include "liveries/matching.h"
-#include "parking/stand_search.h"
+#include "parking/history_search.h"
 #include "shell/log.h"
 #include "shell/window_state.h"
 #include "sim/aircraft.h"

@@ -187,8 +187,20 @@ bool lf_isOld(const MetaInfo& meta) {
     return true;
 }
 
-void lf_merge(const pugi::xml_document& document, const std::filesystem::path& path, AirportFile& info,
-              std::vector<ParkPos>& stands, bool& handmade) {
+void lf_keepAside(const std::filesystem::path& path) {
+    gf_save1GenerationOf(path);
+}
+
+/// What a learned file holds of a stand; nothing to keep gives false.
+bool lf_keepLearned(ParkPos& stand) {
+    std::erase_if(stand.options, [](const StandOption& option) { return option.origin == 1; });
+    return !stand.options.empty() || stand.manual || stand.radiusChanged || stand.cargoChanged;
+}
+
+}  // namespace
+
+void gf_mergeLearned(const pugi::xml_document& document, const std::filesystem::path& path, AirportFile& info,
+                     std::vector<ParkPos>& stands, bool& handmade) {
     const std::optional<MetaInfo> meta = gf_readMeta(document, true);
     if (!meta) return;
     const bool clearFlights = lf_isOld(*meta);
@@ -202,18 +214,6 @@ void lf_merge(const pugi::xml_document& document, const std::filesystem::path& p
     }
 }
 
-void lf_keepAside(const std::filesystem::path& path) {
-    gf_save1GenerationOf(path);
-}
-
-/// What a learned file holds of a stand; nothing to keep gives false.
-bool lf_keepLearned(ParkPos& stand) {
-    std::erase_if(stand.options, [](const StandOption& option) { return option.origin == 1; });
-    return !stand.options.empty() || stand.manual || stand.radiusChanged || stand.cargoChanged;
-}
-
-}  // namespace
-
 void lf_readLearned(const std::filesystem::path& path, AirportFile& info, std::vector<ParkPos>& stands,
                     bool& handmade) {
     pugi::xml_document document;
@@ -225,7 +225,7 @@ void lf_readLearned(const std::filesystem::path& path, AirportFile& info, std::v
     }
     gf_log(fmt::format("Read from learned airport file: '{}'", gf_shownPath(path)));
     try {
-        lf_merge(document, path, info, stands, handmade);
+        gf_mergeLearned(document, path, info, stands, handmade);
     } catch (const std::exception& fault) {
         lf_keepAside(path);
         gf_log(fmt::format("{}: {}", "lf_readLearned", fault.what()));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <filesystem>
-#include <string_view>
+#include <pugixml.hpp>
 #include <vector>
 
 #include "core/model/stand.h"
@@ -14,6 +14,9 @@ namespace hcr {
 /// Merges the learned file into the stands, puts its settings in force, and takes over the head of a handmade one. A
 /// fault is logged and costs the learned file only, which is kept aside.
 void lf_readLearned(const std::filesystem::path& path, AirportFile& info, std::vector<ParkPos>& stands, bool& handmade);
+/// The same of a document that was read from that path. Throws std::exception for what can't be taken.
+void gf_mergeLearned(const pugi::xml_document& document, const std::filesystem::path& path, AirportFile& info,
+                     std::vector<ParkPos>& stands, bool& handmade);
 /// Writes what was learned at the loaded airport, or all of a handmade one.
 void gf_saveLearnedFile();
 

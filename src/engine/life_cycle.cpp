@@ -14,8 +14,8 @@
 #include "engine/extension.h"
 #include "engine/identity.h"
 #include "engine/intake.h"
+#include "liveries/class_values.h"
 #include "liveries/dbase.h"
-#include "shell/random.h"
 #include "shell/text.h"
 
 namespace hcr {
@@ -32,8 +32,7 @@ constexpr f64 kLongestGapS = 15;
 constexpr f64 kHoverBandFt = 108;  // too low to fly and too high to stand
 constexpr f64 kHoverTopFt = 10000;
 constexpr f64 kNoAirportAltFt = -1000;
-constexpr f64 kRotationSpread = 2.5, kClimbSpread = 5;  // percent: no two aircraft rotate alike
-constexpr std::size_t kUsualStream = 16;                // reports in 30 seconds, and some
+constexpr std::size_t kUsualStream = 16;  // reports in 30 seconds, and some
 
 bool lf_jumps(f64 v, f64 w) {
     return (w > kJumpFromKt && v >= w * kJumpFactor) || (v > kJumpFromKt && w >= v * kJumpFactor) ||
@@ -109,20 +108,6 @@ bool lf_isSecondAddress(const TrafficReport& report) {
     });
 }
 
-void lf_setClassValues(LiveAc& ac) {
-    const i32 acClass = ac.acClass;
-    ac.rotationPitch = gf_jitter(classValue(kRotationPitch, acClass), kRotationSpread);
-    ac.climbPitch = gf_jitter(classValue(kClimbPitch, acClass), kClimbSpread);
-    ac.taxiTurnRate = ac.turnRate = classValue(kTaxiTurnRate, acClass);
-    ac.maxClimbPerCs = classValue(kMaxClimbPerCs, acClass);
-    ac.standTaxiSpeed = classValue(kStandTaxiSpeed, acClass);
-    ac.flareTicks = classValue(kFlareTicks, acClass);
-    ac.touchdownTicks = classValue(kTouchdownTicks, acClass);
-    ac.rotationTicks = classValue(kRotationTicks, acClass);
-    ac.climbPitchTicks = classValue(kClimbPitchTicks, acClass);
-    ac.halfSpanNm = gf_halfSpanNm(ac.model);
-}
-
 void lf_decodeNew(TrafficReport& report) {
     if (const DbaseRecord* record = report.registration.empty() ? nullptr : gf_dbaseRecord(report.registration)) {
         if (!record->type.empty()) report.model = record->type;
@@ -137,8 +122,7 @@ void lf_decodeNew(TrafficReport& report) {
     LiveAc& ac = gLiveAcs.emplace_back();
     static_cast<FlightTexts&>(ac) = std::move(static_cast<FlightTexts&>(report));
     ac.hexid = report.hexid;
-    ac.acClass = acClass;
-    lf_setClassValues(ac);
+    setClassValues(ac);
     ac.stream.reserve(kUsualStream);
     limitSample(report.sample);
     ac.stream.push_back(report.sample);

@@ -14,7 +14,7 @@
 #include "engine/extension.h"
 #include "engine/ground.h"
 #include "engine/leg.h"
-#include "engine/park_limits.h"
+#include "parking/park_limits.h"
 #include "liveries/dbase.h"
 #include "liveries/match_memory.h"
 #include "liveries/matching.h"

@@ -6,6 +6,7 @@
 #include "core/model/range.h"
 #include "core/model/tables.h"
 #include "parking/plan.h"
+#include "parking/static_aircraft.h"
 #include "shell/controls.h"
 #include "shell/parameters.h"
 #include "shell/window_state.h"

@@ -1,13 +1,22 @@
 #include "parking/plan.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "core/model/run_state.h"
 #include "core/model/tables.h"
+#include "parking/airport_file.h"
+#include "parking/airport_parameters.h"
+#include "parking/history_search.h"
+#include "parking/plan_levels.h"
+#include "parking/plan_steps.h"
+#include "parking/static_aircraft.h"
 #include "shell/controls.h"
+#include "shell/log.h"
 #include "shell/parameters.h"
+#include "shell/text.h"
 #include "shell/window_state.h"
-#include "sim/aircraft.h"
 
 namespace hcr {
 namespace {
@@ -50,9 +59,6 @@ bool lf_refreshStatics(const HalfHourSlot& now) {
 
 }  // namespace
 
-std::atomic<i32> gMaxParked{0};
-std::atomic<bool> gRenewalRunning{false};
-
 void gf_parkTick(bool) {}
 
 void gf_beginRenewal() {
@@ -70,22 +76,31 @@ void gf_endRenewal() {
     gf_enableControl(gReReadButton, true);
 }
 
-void gf_renewParking() {}
-
-void lf_detcs() {}
-
-void gf_removeAllStatic() {
-    for (ParkedAc& ac : gParkedAcs) {
-        const bool adding = ac.lifeState == LifeState::adding2sim && !ac.removeWhenCreated;
-        if (adding || ac.lifeState == LifeState::active) removeAircraftFromSim(ac);
+void gf_planParking() {
+    const HalfHourSlot slot = beginPlan();
+    gf_beginRenewal();
+    gWindow.fitStatic = gWindow.fitLive = -1.0F;
+    const i32 wanted = gf_wantedParked();
+    if (wanted > static_cast<i32>(gParkPlanQueue.size())) lf_planAllLevels(slot, wanted, 0);
+    sortByFit(gParkPlanQueue, true);
+    gParkPlanQueue.resize(std::min(gParkPlanQueue.size(), static_cast<std::size_t>(std::max(wanted, 0))));
+    if (gParkPlanQueue.empty()) {
+        gf_log("no parking positions found");
+        gf_endRenewal();
+        return;
     }
-    std::erase_if(gParkedAcs, [](const ParkedAc& ac) { return ac.erase; });
+    const auto found = static_cast<i64>(gParkPlanQueue.size());
+    gf_log(fmt::format("{} positions ({}% vs wanted {}%, with Max fit={:.1F} hours)\n", found,
+                       gf_percentage(found, static_cast<i64>(gStands.size())), parking_percentage.current.load(),
+                       MAX_FIT_FL.current.load()));
+    sortByFit(gParkPlanQueue, false);  // taken from the end: the best fits first
 }
 
 void gf_saveStaticParked() {}
 
 void gf_cancelPlanOf(u32 standId) {
-    if (std::erase_if(gParkPlanQueue, [standId](const ParkPlanEntry& entry) { return entry.standId == standId; }) > 0) {
+    if (std::erase_if(gParkPlanQueue, [standId](const ParkPlanEntry& entry) { return entry.standNumber == standId; }) >
+        0) {
         gWindow.queuedStatics = gParkPlanQueue.size();
         gf_repaint(Band::parking);
     }
@@ -111,9 +126,11 @@ void gf_refreshCounters() {
 }
 
 void gf_resetParking() {
-    gMaxParked = 0;
-    gRenewalRunning = false;
-    gRenewalMinutes = kMinutesBetweenRenewals;
+    gf_resetPlanState();
+    gf_resetAirportFile();
+    gf_forgetAirportParameters();
+    gRealCallsigns.clear();
+    gParkedCounter = 0;
 }
 
 }  // namespace hcr

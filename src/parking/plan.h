@@ -1,26 +1,19 @@
 #pragma once
 
-#include <atomic>
-#include <string>
-
-#include "core/model/aircraft.h"
+#include "parking/plan_state.h"
 
 namespace hcr {
 
-// The static parking. Without a park airport its tick has nothing to do.
+// The static parking: its tick, its first plan, its counters. Run thread.
 
-extern std::atomic<i32> gMaxParked;        ///< wanted number of parked aircraft, static and live together
-extern std::atomic<bool> gRenewalRunning;  ///< the plan is being carried out; the window reads it
-constexpr i32 kMinutesBetweenRenewals = 20;
-inline i32 gRenewalMinutes = kMinutesBetweenRenewals;  ///< minutes to the next renewal, counted down by the tick
-
+/// The first plan at an airport.
+void gf_planParking();
 void gf_parkTick(bool first);
+/// Around a renewal: the controls that touch parking are locked meanwhile.
 void gf_beginRenewal();
 void gf_endRenewal();
-void gf_renewParking();
-void lf_detcs();
-void gf_removeAllStatic();
 void gf_saveStaticParked();
+/// Somebody else has taken the stand: its plan entry goes.
 void gf_cancelPlanOf(u32 standId);
 /// Counters of the window: live aircraft airborne or moving, static parked, live parked, average times on stand.
 void gf_refreshCounters();

@@ -12,7 +12,7 @@
 #include "engine/landing.h"
 #include "engine/leg.h"
 #include "engine/life_cycle.h"
-#include "engine/park_limits.h"
+#include "parking/park_limits.h"
 #include "engine/reappearance.h"
 #include "engine/report_judgement.h"
 #include "engine/standstill.h"

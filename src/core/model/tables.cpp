@@ -85,6 +85,10 @@ ParkedAc* findParkedByObject(u32 objectId) {
 }
 
 ParkPos* findStand(u32 standId) {
+    // Stands are numbered in their order once all are read.
+    if (standId >= 1 && standId <= gStands.size() && gStands[standId - 1].number == standId) {
+        return &gStands[standId - 1];
+    }
     return lf_find(gStands, [=](const ParkPos& stand) { return stand.number == standId; });
 }
 

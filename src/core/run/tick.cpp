@@ -23,6 +23,8 @@
 #include "parking/learned.h"
 #include "parking/park_airport.h"
 #include "parking/plan.h"
+#include "parking/renewal.h"
+#include "parking/static_aircraft.h"
 #include "platform/clock.h"
 #include "shell/controls.h"
 #include "shell/log.h"

@@ -1,4 +1,4 @@
-#include "engine/park_limits.h"
+#include "parking/park_limits.h"
 
 #include <fmt/format.h>
 

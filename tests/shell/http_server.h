@@ -9,7 +9,7 @@
 
 namespace hcr::test {
 
-/// A web server on 127.0.0.1 that answers each path with fixed bytes, one connection at a time.
+/// A web server on 127.0.0.1 that answers each path with fixed bytes, one connection at a time, and the program alone.
 struct HttpServer {
     explicit HttpServer(std::map<std::string, std::string> answersByPath);
     ~HttpServer();

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 #include <thread>
 
 #include "shell/file_names.h"
@@ -288,20 +287,6 @@ TEST_F(ParameterFile, AConfigurationFolderThatCantBeMadeStopsTheStart) {
     std::filesystem::remove_all(gFiles().configurationFolder);
     write(gFiles().configurationFolder, "a file stands in its place");
     EXPECT_THROW(gf_makeConfigurationFolder(), std::filesystem::filesystem_error);
-}
-
-TEST_F(ParameterFile, PackageOrderingsAreCompleteAndInOrder) {
-    const std::vector<std::string>& values = AI_PACKAGE_SELECTOR.values;
-    ASSERT_EQ(values.size(), 64U);
-    EXPECT_EQ(std::set<std::string>(values.begin(), values.end()).size(), 64U);
-    EXPECT_EQ(values.front(), AI_PACKAGE_SELECTOR.defaultValue);
-    EXPECT_TRUE(std::is_sorted(values.begin(), values.begin() + 24));
-    EXPECT_EQ(values[23], "MTL, JF, FSLTL, AIG");
-    EXPECT_EQ(values[24], "AIG, FSLTL, JF");
-    EXPECT_EQ(values[30], "AIG, FSLTL, MTL");
-    EXPECT_EQ(values[48], "AIG, FSLTL");
-    EXPECT_EQ(values[59], "MTL, JF");
-    EXPECT_EQ(values[63], "MTL");
 }
 
 TEST_F(ParameterFile, AVersionIsReadFromItsText) {

@@ -68,7 +68,8 @@ std::string parkedMatch(const Wanted& wanted, bool cargoStand = false) {
 
 TEST_F(Matching, GoesAsDeepAsTheSettingAllows) {
     folder.loadLiveries(liv("KLM", "B738", "own", R"(atcid="PH-BXA")") + liv("DLH", "B739", "dlh") +
-                        liv("ZZZ", "A320", "white") + liv("PVT", "C172", "cessna") + liv("ZZZ", "PA28", "piper"));
+                        liv("ZZZ", "A320", "white") + liv("PVT", "C172", "cessna") + liv("ZZZ", "PA28", "piper") +
+                        liv("DLH", "GLF6", "jet") + liv("DLH", "EC35", "heli") + liv("DLH", "F16", "fighter"));
     struct Row {
         const char* name;
         Wanted wanted;
@@ -85,6 +86,9 @@ TEST_F(Matching, GoesAsDeepAsTheSettingAllows) {
         {"private owner", {"PVT", "PA28", ""}, {"none", "piper =4", "piper =4", "piper =4"}},
         {"unbranded light aircraft", {"", "PA28", ""}, {"none", "none", "piper =4", "piper =4"}},
         {"any airline's light aircraft", {"AFR", "C172", ""}, {"none", "none", "cessna =5", "cessna =5"}},
+        {"any airline's business jet", {"AFR", "GLF6", ""}, {"none", "none", "jet =5", "jet =5"}},
+        {"any airline's helicopter", {"AFR", "EC35", ""}, {"none", "none", "heli =5", "heli =5"}},
+        {"a fighter in its own paint only", {"AFR", "F16", ""}, {"none", "none", "none", "none"}},
         {"unknown light type", {"", "P210", ""}, {"none", "none", "cessna =6", "cessna =6"}},
     };
     for (const Row& row : rows) {

@@ -228,6 +228,10 @@ TEST(RunStop, TheUserStopsARunWithReasonFour) {
     gf_requestStop(ExitReason::newFlight, 5);
     EXPECT_EQ(gExitReason, ExitReason::userClosed);
     EXPECT_EQ(gRestartSeconds, 0);
+    CleanRun::reset();
+    gf_requestStop(ExitReason::systemError, 0);
+    gf_requestStop(ExitReason::newSettings, 3);
+    EXPECT_EQ(gExitReason, ExitReason::newSettings) << "whoever is shown an error puts it right";
 }
 
 TEST(Generations, OneBackupStandsBesideTheFile) {

@@ -251,6 +251,21 @@ struct Conversion {
     bool converted;
 };
 
+constexpr const char* kFormer[] = {"CALLSIGN_OBJECTIDS",
+                                   "PARK_FAKE",
+                                   "SUPPRESS_STUB",
+                                   "LOG",
+                                   "LEARN_SOFT",
+                                   "PROGRAM_INSTALL_PATH",
+                                   "LATERAL_RANGE",
+                                   "CUSTOM_MAX_PARK",
+                                   "MAX_LIVE",
+                                   "AIRPORT_RANGE",
+                                   "AUTO_RANGE_ABOVE_HEIGHT",
+                                   "AIRPORT_HEIGHT",
+                                   "MSFS_2020",
+                                   "AI_PACKAGE_ORDER"};
+
 TEST_F(ParameterFile, VersionsAreConvertedByNumberAndOldOnesGivenUp) {
     const Conversion rows[] = {
         {"11.0.1", true, false},  {"10.99.99", true, false}, {"no version", true, false}, {"11.0.2", false, true},
@@ -260,7 +275,9 @@ TEST_F(ParameterFile, VersionsAreConvertedByNumberAndOldOnesGivenUp) {
     for (const Conversion& row : rows) {
         SCOPED_TRACE(row.stored);
         gf_resetParameters();
-        writeSettings(item("PROGRAM_VERSION", row.stored) + item("RANGE", "65") + item("MSFS_2020", "C:/x"));
+        std::string items = item("PROGRAM_VERSION", row.stored) + item("RANGE", "65");
+        for (const char* former : kFormer) items += item(former, "C:/x");
+        writeSettings(items);
         write("EHAM.xml", "an airport");
         write("KEEPS.xml", "another name");
         write("Callsign2ObjectId.txt", "");
@@ -271,7 +288,9 @@ TEST_F(ParameterFile, VersionsAreConvertedByNumberAndOldOnesGivenUp) {
         EXPECT_EQ(valueInFile("RANGE"), row.tooOld ? "40" : "65");
         EXPECT_EQ(RANGE.current, row.tooOld ? 40 : 65);
         EXPECT_EQ(valueInFile("PROGRAM_VERSION"), gf_programVersion().text());
-        EXPECT_EQ(valueInFile("MSFS_2020"), row.converted || row.tooOld ? "(none)" : "C:/x");
+        for (const char* former : kFormer) {
+            EXPECT_EQ(valueInFile(former), row.converted || row.tooOld ? "(none)" : "C:/x") << former;
+        }
         for (const char* old :
              {"EHAM.xml", "Callsign2ObjectId.txt", "TO_BE_LEARNED_OFFLINE", "input/airports_msfs.xml", "new_version"}) {
             EXPECT_EQ(std::filesystem::exists(old), !row.converted) << old;

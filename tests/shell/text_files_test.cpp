@@ -125,6 +125,7 @@ TEST(TextFile, AFailedReadIsShownAndLeavesNoLines) {
 TEST(TextFile, IsReplacedWhole) {
     const test::TempFolder folder;
     writeFile("a.txt", "a long old text");
+    writeFile("a.txt.part", "what a crash has left behind");
     EXPECT_TRUE(gf_writeTextFile("new", "a.txt", true));
     EXPECT_EQ(readFile("a.txt"), "new\n");
     EXPECT_TRUE(gf_writeTextFile("new", "a.txt", false));

@@ -246,7 +246,7 @@ TEST_F(TrafficLine, NumbersOfEveryLengthAreReadAsTheLibraryReadsThem) {
     }
 }
 
-TEST_F(TrafficLine, TheVehicleTypesCountOnlyWithACategory) {
+TEST_F(TrafficLine, VehiclesObstaclesAndPlaceholdersAreDropped) {
     for (const char* type : {"BALL", "EMER", "GLID", "GRND", "GND", "PARA", "SERV", "SHIP", "VENT"}) {
         EXPECT_NE(decode(Line().with(10, type).with(28, "")), nullptr) << type;
         EXPECT_NE(decode(Line().with(10, type).with(28, "null")), nullptr) << type;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <random>
 
 #include "core/model/geo.h"
@@ -231,17 +230,6 @@ TEST_F(TrafficLine, PositionsAtTheNullIslandAreRefused) {
     EXPECT_NE(decode(Line().with(2, "0.00005").with(3, "0.00011")), nullptr);
 }
 
-TEST_F(TrafficLine, NumbersAreReadExactlyInAnyForm) {
-    for (const char* text : {"52.2", "52.253820000000001", "5.2e1", "52.", "52.25382abc", "5220000e-5",
-                             "52.25382000000000000000000000001"}) {
-        const TrafficReport* report = decode(Line().with(2, text));
-        ASSERT_NE(report, nullptr) << text;
-        EXPECT_EQ(report->sample.lat, std::strtod(text, nullptr)) << text;
-    }
-    EXPECT_EQ(decode(Line().with(1, "123456abc"))->hexid, 123456u);
-    EXPECT_EQ(decode(Line().with(1, "4294967295"))->hexid, 4294967295u);
-}
-
 TEST_F(TrafficLine, NumbersOfEveryLengthAreReadAsTheLibraryReadsThem) {
     std::mt19937 random(7);
     for (int i = 0; i < 20'000; ++i) {
@@ -259,10 +247,16 @@ TEST_F(TrafficLine, NumbersOfEveryLengthAreReadAsTheLibraryReadsThem) {
     }
 }
 
-TEST_F(TrafficLine, TheVehicleTypesCountOnlyWithACategory) {
-    EXPECT_NE(decode(Line().with(10, "GRND").with(28, "")), nullptr);
-    EXPECT_NE(decode(Line().with(10, "GRND").with(28, "null")), nullptr);
-    EXPECT_EQ(decode(Line().with(10, "GRND").with(28, "A3")), nullptr);
+TEST_F(TrafficLine, VehiclesObstaclesAndPlaceholdersAreDropped) {
+    for (const char* type : {"BALL", "EMER", "GLID", "GRND", "GND", "PARA", "SERV", "SHIP", "VENT"}) {
+        EXPECT_NE(decode(Line().with(10, type).with(28, "")), nullptr) << type;
+        EXPECT_NE(decode(Line().with(10, type).with(28, "null")), nullptr) << type;
+        EXPECT_EQ(decode(Line().with(10, type).with(28, "A3")), nullptr) << type;
+    }
+    for (const char* category : {"B1", "B2", "B4", "C1", "C2"}) EXPECT_EQ(decode(Line().with(28, category)), nullptr);
+    for (const char* callsign : {"ERARMTR1", "AIRPORT1", "00000000"}) {
+        EXPECT_EQ(decode(Line().with(9, callsign)), nullptr) << callsign;
+    }
 }
 
 TEST_F(TrafficLine, WithoutACallsignTheRegistrationIsIdentityEnough) {

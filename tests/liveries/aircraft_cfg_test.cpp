@@ -1,11 +1,15 @@
 #include "liveries/aircraft_cfg.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "liveries/dbase.h"
 #include "liveries/regcodes.h"
 #include "liveries/reports.h"
+#include "liveries/scan.h"
 #include "liveries/scan_threads.h"
+#include "shell/text.h"
 #include "support/data_folder.h"
 #include "support/environment.h"
 
@@ -240,6 +244,22 @@ TEST_F(AircraftCfg, TheTypeIsTheFilesOwn) {
     }
 }
 
+TEST_F(AircraftCfg, AnAircraftOfTheSimulatorTellsItsType) {
+    constexpr const char* kTypes =
+        "FDCT Asobo_FlightDesignCT,C700 Asobo_Longitude,VL3 Asobo_VL3,SAVG Asobo_Savage_Cub,SAVG "
+        "Asobo_Savage_ShockUltra,CC19 Asobo_XCub,PTS2 Asobo_Pitts,SR22 Asobo_SR22,A5 Asobo_Icon,TBM9 Asobo_TBM930,"
+        "B350 Asobo_KingAir350,E300 Asobo_E330,DV20 Asobo_DV20,DR40 Asobo_DR400,DA62 Asobo_DA62,DA40 Asobo_DA40_TDI,"
+        "DA40 Asobo_DA40_NG,CP10 Asobo_Cap10C,C25C Asobo_CJ4,C152 Asobo_C152,C152 Asobo_C152_Aerobat,C172 "
+        "Asobo_C172sp_AS1000,C172 Asobo_C172sp_classic,BE36 Asobo_Bonanza_G36,B58T Asobo_Baron_G58,B748 Asobo_B747_8i,"
+        "B78X Asobo_B787_10,C208 Asobo_208B_GRAND_CARAVAN_EX,A20N Asobo_A320_NEO,A20N FlyByWire_A320_NEO";
+    aircraftTypes.clear();  // so that each type is reported
+    for (const std::string_view pair : gf_splitCommas(kTypes)) {
+        const std::size_t blank = pair.find(' ');
+        read(fmt::format("base_container=..\\{}\n[fltsim.0]\ntitle=t\n", pair.substr(blank + 1)));
+        EXPECT_THAT(gInvalidTypes, ElementsAre(fmt::format("{:16} in {}", pair.substr(0, blank), kPath))) << pair;
+    }
+}
+
 TEST_F(AircraftCfg, AFileWithoutSectionsIsListed) {
     EXPECT_THAT(read(""), IsEmpty());
     EXPECT_THAT(gFilesWithoutSections, ElementsAre(kPath));
@@ -351,7 +371,10 @@ TEST_F(IvaoCfg, TakesTheTypeFromTheFolderAndTheAirlineFromTheTitle) {
         {"title=IVAO B738KLMx\n", "KLM B738 'IVAO B738KLMx' ", "B738"},
         {"title=B738 - B738 \t DLH\natc_id=D-ABCD\n", "DLH B738 'B738 - B738 \t DLH' D-ABCD", "B738"},
         {"title=B738W KLM\n", "KLM B738 'B738W KLM' ", "B738WLfa"},
+        {"title=B739W KLM\n", "KLM B739 'B739W KLM' ", "B739WLfa"},
         {"title=A320W KLM\n", "KLM A320 'A320W KLM' ", "A320wCFM"},
+        {"title=A320W KLM\n", "KLM A320 'A320W KLM' ", "A320wIAE"},
+        {"title=A320W KLM\n", "KLM A320 'A320W KLM' ", "A319fIAEw"},
         {"title=x\natc_id=PH-BXA\n", "KLM B738 'x' PH-BXA", "B738"},
         {"title=B738 ZZZ\natc_id=PH-BXA\n", "ZZZ B738 'B738 ZZZ' ", "B738"},
         {"title=B738 KLM\natc_parking_types=CARGO\nicao_airline=DLH\n", "KLM B738 'B738 KLM' ", "B738"},
@@ -359,7 +382,8 @@ TEST_F(IvaoCfg, TakesTheTypeFromTheFolderAndTheAirlineFromTheTitle) {
         {"title=C172 KLM\n", "KLM C172 'C172 KLM' ", "c172"},
         {"title=x\natc_id=PH-ZZZ\n", "ZZZ B738 'x' PH-ZZZ", "B738"},
     };
-    folder.readDbase(R"(<fixes><fx wro="c172" cor="C172"/></fixes><dbase><db reg="PH-BXA" airl="KLM"/>
+    folder.readDbase(
+        R"(<fixes><fx wro="c172" cor="C172"/><fx wro="A319" cor="A320"/></fixes><dbase><db reg="PH-BXA" airl="KLM"/>
         <db reg="PH-ZZZ" airl="ZZZ"/></dbase>)");
     for (const Row& row : rows) EXPECT_THAT(readSection(row.lines, row.model), ElementsAre(row.livery)) << row.lines;
     EXPECT_THAT(readSection("title=\" B738 KLM \"\n"), ElementsAre("KLM B738 'B738 KLM' "));

@@ -28,18 +28,6 @@ std::string airlineOf(std::string_view registration) {
     return record == nullptr ? "none" : std::string(record->airl);
 }
 
-TEST_F(Dbase, ReadsADocumentWithAndWithoutRoot) {
-    const std::string sections =
-        std::string(kNeededSections) + R"(<dbase><db reg="PH-BXA" airl="KLM" type="B738" cargo="true"/></dbase>)";
-    for (const std::string& document : {"<root>" + sections + "</root>", sections}) {
-        ASSERT_EQ(gf_readDbaseText(document), "");
-        EXPECT_EQ(aircraftTypes.size(), 10U);
-        EXPECT_EQ(dbaseRecords.size(), 1U);
-        EXPECT_EQ(airlineOf("PHBXA"), "KLM");
-        EXPECT_TRUE(gf_dbaseRecord("PH-BXA")->cargo);
-    }
-}
-
 TEST_F(Dbase, TellsTheClassOfATypeAndLightForAllOthers) {
     folder.readDbase();
     EXPECT_EQ(gf_acClass("B738"), Large);
@@ -207,14 +195,6 @@ TEST_F(Dbase, ATypeInTwoGroupsTakesTheListThatSortsFirst) {
     folder.readDbase(R"(<similar_types><similar types="B739,B738"/><similar types="B739,A320"/></similar_types>)");
     folder.loadLiveries(test::liv("KLM", "B738", "k") + test::liv("KLM", "A320", "a"));
     EXPECT_THAT(gf_similarTypes("B739"), ElementsAre("A320"));
-}
-
-TEST_F(Dbase, ClassesWithAPoolHaveAlwaysSomethingSimilar) {
-    folder.readDbase();
-    folder.loadLiveries(test::liv("PVT", "C172", "c") + test::liv("KLM", "B744", "b"));
-    EXPECT_THAT(gf_similarTypes("PA28"), ElementsAre("C172"));
-    EXPECT_TRUE(gf_similarTypes("B744").empty());
-    EXPECT_TRUE(gf_similarTypes("EC35").empty()) << "an empty pool";
 }
 
 TEST_F(Dbase, ShufflingKeepsTheEntriesAndWithoutRandomTheirOrder) {

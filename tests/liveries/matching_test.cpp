@@ -1,13 +1,10 @@
 #include "liveries/matching.h"
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
 
-#include "core/model/aircraft_class.h"
 #include "liveries/dbase.h"
 #include "liveries/livery_tables.h"
 #include "liveries/match_memory.h"
@@ -74,7 +71,8 @@ std::string parkedMatch(const Wanted& wanted, bool cargoStand = false) {
 
 TEST_F(Matching, GoesAsDeepAsTheSettingAllows) {
     folder.loadLiveries(liv("KLM", "B738", "own", R"(atcid="PH-BXA")") + liv("DLH", "B739", "dlh") +
-                        liv("ZZZ", "A320", "white") + liv("PVT", "C172", "cessna") + liv("ZZZ", "PA28", "piper"));
+                        liv("ZZZ", "A320", "white") + liv("PVT", "C172", "cessna") + liv("ZZZ", "PA28", "piper") +
+                        liv("DLH", "GLF6", "jet") + liv("DLH", "EC35", "heli") + liv("DLH", "F16", "fighter"));
     struct Row {
         const char* name;
         Wanted wanted;
@@ -91,6 +89,9 @@ TEST_F(Matching, GoesAsDeepAsTheSettingAllows) {
         {"private owner", {"PVT", "PA28", ""}, {"none", "piper =4", "piper =4", "piper =4"}},
         {"unbranded light aircraft", {"", "PA28", ""}, {"none", "none", "piper =4", "piper =4"}},
         {"any airline's light aircraft", {"AFR", "C172", ""}, {"none", "none", "cessna =5", "cessna =5"}},
+        {"any airline's business jet", {"AFR", "GLF6", ""}, {"none", "none", "jet =5", "jet =5"}},
+        {"any airline's helicopter", {"AFR", "EC35", ""}, {"none", "none", "heli =5", "heli =5"}},
+        {"a fighter in its own paint only", {"AFR", "F16", ""}, {"none", "none", "none", "none"}},
         {"unknown light type", {"", "P210", ""}, {"none", "none", "cessna =6", "cessna =6"}},
     };
     for (const Row& row : rows) {
@@ -199,93 +200,6 @@ TEST_F(Matching, ARememberedTitleIsForgottenWhenTheSimulatorRefusesIt) {
     EXPECT_TRUE(rememberedLiveries.empty());
     gf_clearLiveryTables();
     EXPECT_TRUE(failedTitles.contains("own")) << "what is refused stays refused through a new scan";
-}
-
-/// The steps of a trace with what came of each, as in "1 D-AAAA nothing; 2 KLM B738 cargo nothing; ...".
-std::string told(const MatchTrace& trace) {
-    const std::map<MatchVerdict, std::string> words{
-        {MatchVerdict::nothingThere, "nothing"},       {MatchVerdict::taken, "takes "},
-        {MatchVerdict::refused, "refuses "},           {MatchVerdict::noRegistration, "without"},
-        {MatchVerdict::noAirline, "without"},          {MatchVerdict::noStandIn, "no stand-in"},
-        {MatchVerdict::otherClass, "other class"},     {MatchVerdict::tooShallow, "too shallow"},
-        {MatchVerdict::ownPaintOnly, "own paint only"}};
-    std::string text;
-    for (const MatchTry& entry : trace.tries) {
-        if (!text.empty()) text += "; ";
-        text += fmt::format("{}", entry.step);
-        for (const std::string& word : {entry.airline, entry.type, std::string(entry.cargo ? "cargo" : "")}) {
-            if (!word.empty()) text += " " + word;
-        }
-        text += " " + words.at(entry.verdict) + std::string(entry.drawn);
-    }
-    return text;
-}
-
-template <typename Match>
-std::string traceOf(Match match) {
-    MatchTrace trace;
-    gMatchTrace = &trace;
-    const std::string result = match();
-    gMatchTrace = nullptr;
-    EXPECT_EQ(trace.step == kNoMatchStep, result == "none");
-    return told(trace);
-}
-
-std::string liveTrace(const Wanted& wanted) {
-    return traceOf([&] { return liveMatch(wanted); });
-}
-
-std::string parkedTrace(const Wanted& wanted, bool cargoStand = false) {
-    return traceOf([&] { return parkedMatch(wanted, cargoStand); });
-}
-
-TEST_F(Matching, TheTraceTellsEachLookupInItsOrder) {
-    folder.loadLiveries(liv("DLH", "B739", "dlh") + liv("DLH", "B744", "jumbo") + liv("ZZZ", "A320", "white") +
-                        liv("KLM", "A320", "pax") + liv("PVT", "C172", "cessna"));
-    MATCHING_DEPTH.current = 1;
-    EXPECT_EQ(liveTrace({"KLM", "A320", "PH-BXA"}), "1 PH-BXA nothing; 2 too shallow");
-    MATCHING_DEPTH.current = 2;
-    EXPECT_EQ(liveTrace({"KLM", "A320", "", true}), "1 without; 2 KLM A320 cargo nothing; 2 KLM A320 takes pax");
-    EXPECT_EQ(liveTrace({"PVT", "A320", ""}), "1 without; 4 ZZZ A320 takes white");
-    EXPECT_EQ(liveTrace({"", "B738", ""}), "1 without; 2 B738 without; 3 too shallow");
-    MATCHING_DEPTH.current = 3;
-    EXPECT_EQ(liveTrace({"AFR", "B738", ""}),
-              "1 without; 2 AFR B738 nothing; 3 AFR B738 no stand-in; 4 ZZZ B738 too shallow; 5 B738 own paint only");
-    EXPECT_EQ(liveTrace({"AFR", "P210", ""}),
-              "1 without; 2 AFR P210 nothing; 3 AFR P210 no stand-in; "
-              "4 ZZZ P210 nothing; 5 P210 nothing; 6 C172 takes cessna");
-    EXPECT_EQ(liveTrace({"DLH", "B738", ""}), "1 without; 2 DLH B738 nothing; 3 DLH B739 takes dlh");
-    failedTitles.insert("dlh");
-    EXPECT_EQ(liveTrace({"DLH", "B738", ""}),
-              "1 without; 2 DLH B738 nothing; 3 DLH B739 refuses dlh; 4 ZZZ B738 too shallow; 5 B738 own paint only");
-    EXPECT_EQ(parkedTrace({"DLH", "B738", ""}, true),
-              "1 without; 2 DLH B738 cargo nothing; 2 DLH B738 nothing; 3 DLH B739 cargo nothing; "
-              "3 DLH B739 refuses dlh; 3 DLH B744 cargo nothing; 3 DLH B744 takes jumbo");
-    EXPECT_EQ(liveTrace({"DLH", "A320", "PH-LSE"}),
-              "1 PH-LSE nothing; 2 DLH A320 nothing; 2 DLH A320 nothing; "
-              "3 DLH A320 no stand-in; 3 DLH A320 no stand-in; "
-              "4 ZZZ A320 too shallow; 5 A320 own paint only");
-}
-
-TEST_F(Matching, TheTraceMarksWhatIsReservedAndWhatIsRefused) {
-    folder.loadLiveries(liv("KLM", "B738", "a special") + liv("KLM", "B738", "b") + liv("KLM", "B738", "c"),
-                        R"(<livery title="a special" reg="PH-AAA" special="true"/>)");
-    failedTitles.insert("c");
-    MatchTrace trace;
-    gMatchTrace = &trace;
-    liveMatch({"KLM", "B738", ""});
-    gMatchTrace = nullptr;
-    ASSERT_EQ(trace.tries.size(), 2u);
-    std::vector<std::string> marks;
-    for (const MatchCandidate& candidate : trace.tries[1].candidates) {
-        marks.push_back(
-            fmt::format("{} {}{}", candidate.title, candidate.special ? 'S' : '-', candidate.refused ? 'R' : '-'));
-    }
-    EXPECT_THAT(marks, testing::ElementsAre("a special S-", "b --", "c -R"));
-    EXPECT_EQ(trace.tries[1].drawn, "b");
-    EXPECT_EQ(trace.step, airlineAndType);
-    liveMatch({"KLM", "B738", ""});
-    EXPECT_EQ(trace.tries.size(), 2u) << "nobody asks any more";
 }
 
 TEST_F(Matching, TheSummaryIsWrittenWhenThereWasAMatch) {

@@ -142,21 +142,6 @@ TEST_F(ScanResults, ClassesOfWhichNothingIsInstalledAreSwitchedOff) {
     EXPECT_FALSE(HELICOPTERS.current) << "stored";
 }
 
-TEST_F(ScanResults, TwentyModelsMakeARow) {
-    const auto rowsOf = [&](int models) {
-        std::string elements;
-        for (int i = 0; i < models; ++i) elements += liv("ZZZ", fmt::format("M{:02}", i), fmt::format("title {}", i));
-        folder.loadLiveries(elements);
-        const std::string log = folder.log();
-        return log.substr(log.rfind("have a generic livery"));
-    };
-    const std::string twenty =
-        "have a generic livery\n  M00,M01,M02,M03,M04,M05,M06,M07,M08,M09,M10,M11,M12,M13,M14,"
-        "M15,M16,M17,M18,M19\n";
-    EXPECT_EQ(rowsOf(20), twenty);
-    EXPECT_EQ(rowsOf(21), twenty + "  M20\n");
-}
-
 TEST_F(ScanResults, LiveriesFollowTheRecordOfTheirAirframe) {
     folder.readDbase(R"(<dbase><db reg="PH-BXA" airl="KLM" opr="DLH" type="B739" cargo="true"/>
         <db reg="PH-BXB" airl="KLM" type="B738"/><db reg="PH-BXC" airl="KLM" cargo="true"/>

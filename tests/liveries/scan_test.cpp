@@ -179,9 +179,11 @@ TEST_F(Scan, TheWalkEntersWhatHoldsAircraft) {
     put(community / "p/aircraft.cfg.bak", "another extension");
     put(community / "p/aircraft.txt", "another extension 2");
     put(community / "p/my-aircraft.cfg", "another stem");
-    put(community / "p/x-airport-y/aircraft.cfg", "a scenery");
+    for (const std::string package :
+         {"airport", "lvfr", "mkstudios", "simwings", "fsdreamteam", "navigraph", "flytampa", "inibuilds", "_CVT_"}) {
+        put(community / "p" / ("x-" + package + "-y/deep/aircraft.cfg"), package);
+    }
     put(community / "p/Airport/aircraft.cfg", "no scenery");
-    put(community / "p/x_CVT_/deep/aircraft.cfg", "a copy");
     put(deep / "aircraft.cfg", "a path of more than 250 bytes");
     put(deeper / "aircraft.cfg", "a folder of 250 bytes");
     fs::create_directories(community / "p/folder/aircraft.cfg");
@@ -294,13 +296,15 @@ TEST_F(Scan, AFileOfMoreThanTenSecondsIsLeftOutAndTheRestIsWritten) {
     writeWhole(community / "aig-aitraffic-oci/b/aircraft.cfg", "[GENERAL]\n");
     aircraft("fsltl-traffic-base/c", "B738", "fast", "DLH");
     scanThreadLimit = 2;
-    gf_speedClock(500);
+    gf_speedClock(50);
+    const i64 begun = gf_steadyUs();
     std::unique_lock slowFile(gDrive);
     gCfgReaders.usual = readFromDrive;
     std::thread run(gf_scanLiveries);
     waitUntil([&] {
         return folder.logged("==> liveries search aborted, futs outer, Future wait timed out after 10 seconds\n");
     });
+    EXPECT_GE(gf_steadyUs() - begun, 10'000'000);
     slowFile.unlock();
     run.join();
     gf_releaseClock();

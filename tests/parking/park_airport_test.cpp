@@ -74,6 +74,15 @@ TEST_F(ParkAirport, CountersCountWhatIsThere) {
     EXPECT_FLOAT_EQ(gWindow.fitStatic, 11 / 2.0F + 0.5F);
 }
 
+TEST_F(ParkAirport, ARenewalLocksItsControlsAndShowsTheMinutesToTheNextOne) {
+    gf_beginRenewal();
+    EXPECT_FALSE(gNowButton.enabled || parking_percentage.enabled);
+    gf_endRenewal();
+    EXPECT_TRUE(gNowButton.enabled && parking_percentage.enabled);
+    EXPECT_EQ(gWindow.minutesToRenewal, 19);
+    gWindow.minutesToRenewal = 0;
+}
+
 TEST_F(ParkAirport, LeavingTheAirportTakesItsGroundTrafficAway) {
     activeAc(sampleAt({52, 4}, 9000, 300, simTick), 500);
     activeAc(sampleAt({52, 4}, 0, 10, simTick), 501).standId = 7;

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
 using namespace hcr;
 
 namespace {
@@ -54,29 +50,5 @@ TEST(Clock, SpedItSleepsLongInAShortTime) {
     EXPECT_GE(gf_utcSeconds() - utc, 1'000.0);
     EXPECT_EQ(gf_clockFactor(), 100'000);
     gf_releaseClock();
-    EXPECT_EQ(gf_clockFactor(), 1.0);
-}
-
-TEST(Clock, ItsReadersNeedNoLock) {
-    const ReleaseBehind release;
-    std::atomic<bool> done{false};
-    std::vector<std::thread> readers;
-    for (int i = 0; i < 2; ++i) {
-        readers.emplace_back([&] {
-            while (!done) {
-                gf_steadyUs();
-                gf_utcTicks100ns();
-                gf_sleepMs(1);
-            }
-        });
-    }
-    for (int i = 0; i < 50; ++i) {
-        gf_speedClock(1'000);
-        gf_holdClock(5);
-        gf_turnClock(7);
-        gf_releaseClock();
-    }
-    done = true;
-    for (std::thread& reader : readers) reader.join();
     EXPECT_EQ(gf_clockFactor(), 1.0);
 }

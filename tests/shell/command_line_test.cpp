@@ -89,14 +89,5 @@ TEST(CommandLine, AFaultIsTold) {
     });
 }
 
-TEST(CommandLine, TheHelpNamesEveryOption) {
-    const std::string help = gf_commandLineHelp();
-    for (const char* option :
-         {"--headless", "--table", "--seconds", "--sandbox", "--simconnect", "--trace", "--traffic-port",
-          "--weather-port", "--set", "--settings", "--production", "--no-production", "--help"}) {
-        EXPECT_NE(help.find(option), std::string::npos) << option;
-    }
-}
-
 }  // namespace
 }  // namespace hcr

@@ -1,13 +1,10 @@
 #include "shell/half_hours.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <vector>
 
-#include "support/temp_folder.h"
-
 using namespace hcr;
-using testing::HasSubstr;
 
 namespace {
 
@@ -47,24 +44,6 @@ TEST(HalfHours, ReadsRangesAndLists) {
         {"x:1:2", {}},
     };
     for (const Row& row : rows) EXPECT_EQ(gf_hours2bitset(row.text), row.bits) << row.text;
-}
-
-TEST(HalfHours, TellsInTheLogWhatIsWrong) {
-    const test::LogFolder log;
-    struct Row {
-        const char* text;
-        const char* line;
-    };
-    const Row rows[] = {
-        {"48", "==> operator () invalid hour '48' in 48\n"},
-        {"1: x ", "==> operator () invalid hour 'x' in 1: x \n"},
-        {"1:2:3", "==> gf_hours2bitset more than one colon char in: 1:2:3\n"},
-        {"5:3", "==> gf_hours2bitset descending range not allowed (5:3 in 5:3)\n"},
-    };
-    for (const Row& row : rows) {
-        gf_hours2bitset(row.text);
-        EXPECT_THAT(log.logged(), testing::EndsWith(row.line));
-    }
 }
 
 TEST(HalfHours, WritesOneRunOnly) {

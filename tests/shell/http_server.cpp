@@ -59,7 +59,8 @@ void HttpServer::serveOne(Socket client) {
     }
     const std::size_t begin = request.find(' ') + 1;
     const auto found = answers.find(request.substr(begin, request.find(' ', begin) - begin));
-    gf_send(client, found != answers.end() ? found->second : answer("404 Not Found", "", "a page that tells so"));
+    const bool isServed = found != answers.end() && request.find("User-Agent: Halcy\r\n") != std::string::npos;
+    gf_send(client, isServed ? found->second : answer("404 Not Found", "", "a page that tells so"));
     if (found == answers.end() || found->second != stall()) return;
     i32 error = 0;
     // The client hanging up is the only thing that can be read.

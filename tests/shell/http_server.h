@@ -9,7 +9,8 @@
 
 namespace hcr::test {
 
-/// A web server on 127.0.0.1 that answers each path with fixed bytes, one connection at a time.
+/// A web server on 127.0.0.1 that answers the program, which it knows by its user agent, with fixed bytes for each
+/// path, one connection at a time.
 struct HttpServer {
     explicit HttpServer(std::map<std::string, std::string> answersByPath);
     ~HttpServer();

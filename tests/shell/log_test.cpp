@@ -147,16 +147,6 @@ TEST(Log, OfLinesFromOutsideTwentyAMinuteAreWrittenAndTheRestIsCounted) {
     gf_releaseClock();
 }
 
-TEST(Log, BannersAreFilledWithStars) {
-    const std::string stars(34, '*');
-    EXPECT_EQ(gf_logBanner(70, 0, false, false, "parameters"), stars + " parameters " + stars);
-    EXPECT_EQ(gf_logBanner(80, 0, true, true, ""), "\n" + std::string(80, '*') + "\n");
-    EXPECT_EQ(gf_logBanner(10, 1, false, false, ""), std::string(12, '*'));
-    EXPECT_EQ(gf_logBanner(7, 0, false, false, "word"), "*** word ***");
-    EXPECT_EQ(gf_logBanner(6, 0, false, true, "word"), "word\n");
-    EXPECT_EQ(gf_logBanner(-5, 0, false, false, ""), "");
-}
-
 TEST(Messages, AnErrorHoldsTheLine) {
     const CleanRun clean;
     const test::LogFolder log;
@@ -185,10 +175,6 @@ TEST(Messages, AreShownButNotLoggedWhileStopping) {
     gf_showError("late trouble");
     EXPECT_EQ(gf_currentMessage(), "late trouble");
     EXPECT_EQ(log.logged(), "");
-}
-
-TEST(Messages, AUserErrorTellsItsCode) {
-    EXPECT_STREQ(UserErrorException(53, "no liveries found").what(), "53: no liveries found");
 }
 
 TEST(WindowState, AResetKeepsWhatOutlivesARun) {
@@ -244,6 +230,10 @@ TEST(RunStop, TheUserStopsARunWithReasonFour) {
     gf_requestStop(ExitReason::newFlight, 5);
     EXPECT_EQ(gExitReason, ExitReason::userClosed);
     EXPECT_EQ(gRestartSeconds, 0);
+    CleanRun::reset();
+    gf_requestStop(ExitReason::systemError, 0);
+    gf_requestStop(ExitReason::newSettings, 3);
+    EXPECT_EQ(gExitReason, ExitReason::newSettings) << "whoever is shown an error puts it right";
 }
 
 TEST(Generations, OneBackupStandsBesideTheFile) {
@@ -317,21 +307,4 @@ TEST(Random, CanBeSwitchedOff) {
     RANDOM.current = false;
     for (int i = 0; i < 10; ++i) EXPECT_EQ(gf_randomBelow(1000), 0U);
     gf_resetParameters();
-}
-
-TEST(Random, JitterGoesBothWaysAndTakesNoWordForNothing) {
-    bool up = false, down = false;
-    for (int i = 0; i < 64; ++i) {
-        const f64 value = gf_jitter(200, 10);
-        up = up || value == 220;
-        down = down || value == 180;
-        ASSERT_TRUE(value == 220 || value == 180);
-    }
-    EXPECT_TRUE(up && down);
-    gf_seedRandom(5);
-    const auto first = gf_randomGenerator()();
-    gf_seedRandom(5);
-    EXPECT_EQ(gf_jitter(3, 0), 3);
-    EXPECT_EQ(gf_jitter(3, -1), 3);
-    EXPECT_EQ(gf_randomGenerator()(), first);
 }

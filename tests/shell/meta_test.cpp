@@ -36,22 +36,6 @@ TEST_F(Meta, ABlockSurvivesItsFile) {
     EXPECT_EQ(read->msfs, "2024");
 }
 
-TEST_F(Meta, TheSimulatorIsWrittenInTheFormThatIsKnown) {
-    const auto lastItem = [](i32 sim, const std::string& former, const std::string& year) {
-        MetaInfo info;
-        info.sim = sim;
-        info.formerSim = former;
-        info.msfs = year;
-        pugi::xml_document document;
-        gf_writeMeta(document, info);
-        const pugi::xml_node item = document.child("root").child("meta").last_child();
-        return std::string(item.attribute("name").value()) + "=" + item.attribute("value").value();
-    };
-    EXPECT_EQ(lastItem(1, "", "2020"), "sim=1");
-    EXPECT_EQ(lastItem(-1, "v56", "2020"), "P3D=v56");
-    EXPECT_EQ(lastItem(0, "", "2020"), "MSFS=2020");
-}
-
 TEST_F(Meta, ABlockNeedsACopyrightAndMostlyASimulator) {
     const std::string copyright = kCopyright;
     EXPECT_FALSE(readItems("", true).has_value());
@@ -67,13 +51,6 @@ TEST_F(Meta, ABlockNeedsACopyrightAndMostlyASimulator) {
     const auto twice = readItems(copyright + "<info name='sim' value='3'/><info name='sim' value='1'/>", false);
     EXPECT_EQ(twice->sim, 3);
     EXPECT_EQ(twice->formerSim, "v56");
-}
-
-TEST_F(Meta, ADocumentWithoutARootIsItsOwnRoot) {
-    pugi::xml_document document;
-    document.load_string("<meta><info name='copyright' value='x'/><info name='sim' value='1'/></meta>");
-    ASSERT_TRUE(gf_readMeta(document, false).has_value());
-    EXPECT_EQ(gf_readMeta(document, false)->msfs, "2020");
 }
 
 TEST_F(Meta, AnXmlFileThatCantBeWrittenLeavesTheOldOne) {

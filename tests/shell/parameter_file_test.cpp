@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 #include <thread>
 
 #include "shell/file_names.h"
@@ -254,6 +253,21 @@ struct Conversion {
     bool converted;
 };
 
+constexpr const char* kFormer[] = {"CALLSIGN_OBJECTIDS",
+                                   "PARK_FAKE",
+                                   "SUPPRESS_STUB",
+                                   "LOG",
+                                   "LEARN_SOFT",
+                                   "PROGRAM_INSTALL_PATH",
+                                   "LATERAL_RANGE",
+                                   "CUSTOM_MAX_PARK",
+                                   "MAX_LIVE",
+                                   "AIRPORT_RANGE",
+                                   "AUTO_RANGE_ABOVE_HEIGHT",
+                                   "AIRPORT_HEIGHT",
+                                   "MSFS_2020",
+                                   "AI_PACKAGE_ORDER"};
+
 TEST_F(ParameterFile, VersionsAreConvertedByNumberAndOldOnesGivenUp) {
     const Conversion rows[] = {
         {"11.0.1", true, false},  {"10.99.99", true, false}, {"no version", true, false}, {"11.0.2", false, true},
@@ -263,7 +277,9 @@ TEST_F(ParameterFile, VersionsAreConvertedByNumberAndOldOnesGivenUp) {
     for (const Conversion& row : rows) {
         SCOPED_TRACE(row.stored);
         gf_resetParameters();
-        writeSettings(item("PROGRAM_VERSION", row.stored) + item("RANGE", "65") + item("MSFS_2020", "C:/x"));
+        std::string items = item("PROGRAM_VERSION", row.stored) + item("RANGE", "65");
+        for (const char* former : kFormer) items += item(former, "C:/x");
+        writeSettings(items);
         write("EHAM.xml", "an airport");
         write("KEEPS.xml", "another name");
         write("Callsign2ObjectId.txt", "");
@@ -274,7 +290,9 @@ TEST_F(ParameterFile, VersionsAreConvertedByNumberAndOldOnesGivenUp) {
         EXPECT_EQ(valueInFile("RANGE"), row.tooOld ? "40" : "65");
         EXPECT_EQ(RANGE.current, row.tooOld ? 40 : 65);
         EXPECT_EQ(valueInFile("PROGRAM_VERSION"), gf_programVersion().text());
-        EXPECT_EQ(valueInFile("MSFS_2020"), row.converted || row.tooOld ? "(none)" : "C:/x");
+        for (const char* former : kFormer) {
+            EXPECT_EQ(valueInFile(former), row.converted || row.tooOld ? "(none)" : "C:/x") << former;
+        }
         for (const char* old :
              {"EHAM.xml", "Callsign2ObjectId.txt", "TO_BE_LEARNED_OFFLINE", "input/airports_msfs.xml", "new_version"}) {
             EXPECT_EQ(std::filesystem::exists(old), !row.converted) << old;
@@ -290,20 +308,6 @@ TEST_F(ParameterFile, AConfigurationFolderThatCantBeMadeStopsTheStart) {
     std::filesystem::remove_all(gFiles().configurationFolder);
     write(gFiles().configurationFolder, "a file stands in its place");
     EXPECT_THROW(gf_makeConfigurationFolder(), std::filesystem::filesystem_error);
-}
-
-TEST_F(ParameterFile, PackageOrderingsAreCompleteAndInOrder) {
-    const std::vector<std::string>& values = AI_PACKAGE_SELECTOR.values;
-    ASSERT_EQ(values.size(), 64U);
-    EXPECT_EQ(std::set<std::string>(values.begin(), values.end()).size(), 64U);
-    EXPECT_EQ(values.front(), AI_PACKAGE_SELECTOR.defaultValue);
-    EXPECT_TRUE(std::is_sorted(values.begin(), values.begin() + 24));
-    EXPECT_EQ(values[23], "MTL, JF, FSLTL, AIG");
-    EXPECT_EQ(values[24], "AIG, FSLTL, JF");
-    EXPECT_EQ(values[30], "AIG, FSLTL, MTL");
-    EXPECT_EQ(values[48], "AIG, FSLTL");
-    EXPECT_EQ(values[59], "MTL, JF");
-    EXPECT_EQ(values[63], "MTL");
 }
 
 TEST_F(ParameterFile, AVersionIsReadFromItsText) {

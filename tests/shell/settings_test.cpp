@@ -37,6 +37,7 @@ TEST_F(Settings, AValueIsTakenByTheRulesOfItsKind) {
         {"AI_PACKAGE_SELECTOR=AIG,JF", "in any order, not 'AIG,JF'"},
         {"PORT_NUMBER=65535", ""},
         {"PORT_NUMBER=65536", "a number from 1 to 65535"},
+        {"PORT_NUMBER=0", "a number from 1 to 65535"},
         {"DBASE_VERSION=", ""},
         {"DBASE_VERSION=1.2", "a version such as 11.10.5"},
         {"LFOLDER3=D:\\a=b", ""},

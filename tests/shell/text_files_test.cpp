@@ -70,13 +70,6 @@ TEST(TextFile, CharsetIsToldByTheFirstBytes) {
     for (const Row& row : rows) EXPECT_EQ(lf_charsetOf(row.bytes), row.charset) << testing::PrintToString(row.bytes);
 }
 
-TEST(TextFile, OnlyTheFirst4096BytesAreLookedAt) {
-    const test::TempFolder folder;
-    EXPECT_EQ(lf_charsetOf(std::string(4095, 'a') + "\xC3\xA9"), Charset::ansi) << "character cut by the sample's end";
-    EXPECT_EQ(lf_charsetOf(std::string(4094, 'a') + "\xC3\xA9"), Charset::utf8WithoutBom);
-    EXPECT_EQ(lf_charsetOf(std::string(4096, 'a') + "\xE9"), Charset::utf8WithoutBom);
-}
-
 TEST(TextFile, WhatIsNoFileHasNoCharset) {
     const test::TempFolder folder;
     fs::create_directory("folder");
@@ -129,70 +122,10 @@ TEST(TextFile, AFailedReadIsShownAndLeavesNoLines) {
     gf_resetWindowState();
 }
 
-TEST(TextFile, MayBeReadInOnePieceAsUtf8) {
-    const test::LogFolder log;
-    gf_resetWindowState();
-    struct Row {
-        std::string bytes, text;
-    };
-    const std::string plain(5000, '-');
-    const Row rows[] = {
-        {"", ""},
-        {"one\r\ntwo", "one\r\ntwo"},
-        {"\xEF\xBB\xBF"
-         "caf\xC3\xA9\n",
-         "caf\xC3\xA9\n"},
-        {"caf\xE9\r\nplain text\n\x80", "caf\xC3\xA9\nplain text\n\xE2\x82\xAC\n"},
-        {"\xFF\xFE"
-         "a\0\n\0\x3D\xD8\x00\xDE"s,
-         "a\n\xF0\x9F\x98\x80"},
-        {"\xFE\xFF\xFE\xFF\x20\xAC", "\xE2\x82\xAC"},
-        {"a\0b\0"s, ""},
-        {plain + "\xC3\xA9\n\xE9\n", plain + "\xC3\xA9\n\xC3\xA9\n"},
-        {plain + "\n\xED\xA0\x80", plain + "\n\xC3\xAD\xC2\xA0\xE2\x82\xAC\n"},
-        {plain + "\xED\x9F\xBF", plain + "\xED\x9F\xBF"},
-    };
-    for (const Row& row : rows) {
-        writeFile("sample.txt", row.bytes);
-        std::string text = "left over";
-        EXPECT_EQ(gf_readText("sample.txt", 6000, text), TextRead::fine);
-        EXPECT_EQ(text, row.text) << testing::PrintToString(row.bytes);
-    }
-
-    std::string text = "left over";
-    EXPECT_EQ(gf_readText("nowhere.txt", 6000, text), TextRead::notOpened);
-    EXPECT_EQ(gf_readText(".", 6000, text), TextRead::notOpened);
-    writeFile("sample.txt", plain);
-    EXPECT_EQ(gf_readText("sample.txt", 4999, text), TextRead::tooLarge);
-    EXPECT_EQ(gf_currentMessage(), "");
-    writeFile("sample.txt", "\xFF\xFE\x00\xD8"s);
-    EXPECT_EQ(gf_readText("sample.txt", 6000, text), TextRead::failed);
-    EXPECT_EQ(gf_currentMessage(), "Read failed for 'sample.txt': wide_to_utf8: invalid UTF-16");
-    EXPECT_EQ(text, "");
-    gf_resetWindowState();
-}
-
-TEST(TextFile, AReaderIsUsedForManyFiles) {
-    const test::TempFolder folder;
-    writeFile("a.txt", "\xEF\xBB\xBFx\r\ny");
-    writeFile("b.txt", "");
-    LineReader reader;
-    std::string error;
-    reader.path = "a.txt";
-    ASSERT_TRUE(gf_readFileLines(reader, 100, error));
-    EXPECT_THAT(reader.lines, ElementsAre("x", "y"));
-    EXPECT_GE(reader.lines.capacity(), 100U);
-    reader.path = "b.txt";
-    ASSERT_TRUE(gf_readFileLines(reader, 0, error));
-    EXPECT_THAT(reader.lines, IsEmpty());
-    reader.path = "c.txt";
-    EXPECT_FALSE(gf_readFileLines(reader, 0, error));
-    EXPECT_EQ(error, "open_failed");
-}
-
 TEST(TextFile, IsReplacedWhole) {
     const test::TempFolder folder;
     writeFile("a.txt", "a long old text");
+    writeFile("a.txt.part", "what a crash has left behind");
     EXPECT_TRUE(gf_writeTextFile("new", "a.txt", true));
     EXPECT_EQ(readFile("a.txt"), "new\n");
     EXPECT_TRUE(gf_writeTextFile("new", "a.txt", false));

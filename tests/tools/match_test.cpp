@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <set>
 #include <stdexcept>
 
 #include "core/model/aircraft.h"
@@ -11,7 +10,6 @@
 #include "liveries/match_trace.h"
 #include "shell/file_names.h"
 #include "shell/log.h"
-#include "shell/messages.h"
 #include "shell/parameters.h"
 #include "sim/aircraft.h"
 #include "support/data_folder.h"
@@ -133,22 +131,6 @@ TEST_F(MatchReport, KnowsTheAirframeAsTheProgramDoes) {
                                HasSubstr("  =  KLM Freight\n     by step 2")));
     EXPECT_THAT(gf_matchReport({.airline = "KLM", .type = "B738", .registration = "PHBXA"}),
                 HasSubstr("PH-BXA has a livery; a registration counts only as the feed spells it\n"));
-}
-
-TEST_F(MatchReport, ADrawByLotShowsWhatWasDrawn) {
-    RANDOM.current = true;
-    std::set<std::string> seen;
-    for (int i = 0; i < 60; ++i) {
-        const std::string report = gf_matchReport({.airline = "KLM", .type = "B738"});
-        ASSERT_THAT(report, HasSubstr("3 liveries, drawn by lot"));
-        for (const char* title : {"KLM Blue", "KLM Green", "KLM Retro"}) {
-            const bool drawn = report.find(std::string("     > ") + title) < report.find("Parked");
-            const bool result = report.find(std::string("  =  ") + title) < report.find("Parked");
-            EXPECT_EQ(drawn, result) << title;
-            if (drawn) seen.insert(title);
-        }
-    }
-    EXPECT_THAT(seen, testing::ElementsAre("KLM Blue", "KLM Green"));
 }
 
 TEST_F(MatchReport, ALongListIsCutBehindTheFirstOnesButShowsTheDrawnOne) {

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "core/model/geo.h"
-#include "tests/support/world.h"
+#include "tests/support/temp_folder.h"
 #include "tools/replay/flight_log.h"
 #include "tools/replay/measures.h"
 #include "tools/replay/options.h"
@@ -34,18 +34,6 @@ std::string lf_failure(const std::vector<std::string>& arguments) {
         return e.what();
     }
     return {};
-}
-
-/// What a run makes of five minutes of traffic, every number of it.
-std::vector<FlightRecord> lf_flyFiveMinutes() {
-    World world;
-    FlightLog log(world);
-    GenerateOptions traffic;
-    traffic.minutes = 5;
-    traffic.aircraft = 40;
-    world.feed(generateFeed(traffic));
-    EXPECT_TRUE(world.run(330));
-    return std::move(log.flights);
 }
 
 }  // namespace
@@ -96,32 +84,6 @@ TEST(ReplayMeasures, EachFaultIsSeenAndNothingElse) {
     EXPECT_EQ(measure(flight).flicker, 1);
     flight.flown.resize(200);
     EXPECT_EQ(measure(flight).removedEarly, 1);
-}
-
-TEST(ReplayMeasures, PlainInterpolationIsAlwaysOnItsLineAndInTime) {
-    FlightRecord flight = lf_straight();
-    flight.reports[6].lon += 0.02;
-    flight.reports[9].alt = 2600;
-    Measures m = measure(interpolated(flight));
-    EXPECT_LT(spreadOf(m.pathMetres).worst, 1);
-    EXPECT_LT(spreadOf(m.altErrors).worst, 1e-6);
-    EXPECT_GT(spreadOf(m.turnRates).worst, 20) << "at a corner its nose snaps round";
-}
-
-TEST(Replay, IsTheSameToTheLastBitEachTime) {
-    const std::vector<FlightRecord> one = lf_flyFiveMinutes(), other = lf_flyFiveMinutes();
-    ASSERT_EQ(one.size(), other.size());
-    std::size_t points = 0;
-    for (std::size_t i = 0; i < one.size(); ++i) {
-        ASSERT_EQ(one[i].flown.size(), other[i].flown.size()) << one[i].callsign;
-        for (std::size_t k = 0; k < one[i].flown.size(); ++k) {
-            const FlownPoint &a = one[i].flown[k], &b = other[i].flown[k];
-            ASSERT_TRUE(a.lat == b.lat && a.lon == b.lon && a.alt == b.alt && a.heading == b.heading)
-                << one[i].callsign;
-        }
-        points += one[i].flown.size();
-    }
-    EXPECT_GT(points, 2000U);
 }
 
 TEST(ReplayOptions, TellWhatIsWrongWithThem) {

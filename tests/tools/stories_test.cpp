@@ -45,18 +45,6 @@ TEST(Stories, TimesPlacesNumbersOfObjectsAndDataRequestsDontMatter) {
     EXPECT_EQ(differences(session(), other), Lines{});
 }
 
-std::string removedAt(const std::string& time) {
-    return session() + R"({"t":)" + time + R"(,"event":"ObjectRemoved","object":7,"tail":"KLM1"}
-)";
-}
-
-TEST(Stories, ASessionThatIsClosedALittleEarlierMayLackTheLastSteps) {
-    const std::string end = R"({"t":120,"event":"Sim","data":0})";
-    EXPECT_EQ(differences(session(), removedAt("110") + end), Lines{});
-    EXPECT_EQ(differences(removedAt("99") + end, session()),
-              (Lines{"KLM1: step 5 is 'ObjectRemoved' and 'nothing more'"}));
-}
-
 TEST(Stories, WhatDiffersInKindIsTold) {
     const std::string end = R"({"t":200,"event":"Sim","data":0})";
     EXPECT_EQ(differences(session(), session("7", "0")), (Lines{"KLM1: step 4 is 'GEAR_SET 1' and 'GEAR_SET 0'"}));

@@ -37,21 +37,6 @@ struct SandboxAi : SandboxClient {
     }
 };
 
-TEST_F(SandboxAi, ACreatedAircraftIsAnnouncedOneDispatchLaterAndItsRemovalToo) {
-    begin();
-    const u32 id = create("Jumbo", "KLM1023");
-    ASSERT_GT(id, 1u);
-    const auto added = eventsOf(answers(), 202);
-    ASSERT_EQ(added.size(), 1u);
-    EXPECT_EQ(added[0].dwData, id);
-    EXPECT_TRUE(eventsOf(answers(), 202).empty());
-    EXPECT_EQ(gSimPort.SimConnect_AIRemoveObject(handle, id, 105), 0);
-    const auto removed = eventsOf(answers(), 203);
-    ASSERT_EQ(removed.size(), 1u);
-    EXPECT_EQ(removed[0].dwData, id);
-    EXPECT_TRUE(gf_sandboxObjects().empty());
-}
-
 TEST_F(SandboxAi, AHelicopterIsAnnouncedAsOne) {
     begin();
     create("Heli", "LIFELN1");
@@ -95,25 +80,6 @@ TEST_F(SandboxAi, WhatCantBeCreatedIsRefusedWithThePacketOfTheCall) {
     }
     EXPECT_EQ(gf_sandboxCounters().refusals, 6u);
     EXPECT_EQ(gf_sandboxCounters().creates, 3u);
-}
-
-TEST_F(SandboxAi, TitlesComeAndGo) {
-    Scenario s = gf_defaultScenario();
-    s.allTitlesInstalled = false;
-    s.installed = {"Known"};
-    start(s);
-    open();
-    run(2);
-    EXPECT_EQ(create("Unknown", "A"), 0u);
-    EXPECT_GT(create("Known", "B"), 0u);
-    ScenarioFault fault;
-    fault.kind = FaultKind::addTitle;
-    fault.text = "Unknown";
-    gf_playSandboxFault(fault);
-    EXPECT_GT(create("Unknown", "C"), 0u);
-    fault.kind = FaultKind::refuseTitle;
-    gf_playSandboxFault(fault);
-    EXPECT_EQ(create("Unknown", "D"), 0u);
 }
 
 TEST_F(SandboxAi, OnTheGroundItStandsOnItsWheelsOnTheFirstDiscThatFits) {
@@ -174,14 +140,6 @@ TEST_F(SandboxAi, SettingTheFlapsHandsItBackToTheAiUntilItIsReleasedOnceMore) {
     EXPECT_EQ(object(id).flaps, 10240u);
 }
 
-TEST_F(SandboxAi, SinkingEndsOnTheGround) {
-    begin();
-    const u32 id = create("Jumbo", "X", 40, 4, 200);
-    run(30);
-    EXPECT_TRUE(object(id).onGround);
-    EXPECT_DOUBLE_EQ(object(id).agl, 16);
-}
-
 TEST_F(SandboxAi, AWrittenRecordIsReadBackInOtherUnitsAndTypes) {
     begin();
     const u32 id = held("Jumbo", "KLM1", 52, 4, 5000);
@@ -209,17 +167,6 @@ TEST_F(SandboxAi, AWrittenRecordIsReadBackInOtherUnitsAndTypes) {
     EXPECT_FLOAT_EQ(m.value<f32>(12), 12000);
     EXPECT_STREQ(reinterpret_cast<const char*>(m.bytes.data()) + 56, "Jumbo");
     EXPECT_EQ(m.value<i64>(22), 179);
-}
-
-TEST_F(SandboxAi, ABadRecordChangesNothing) {
-    begin();
-    const u32 id = held("Jumbo", "KLM1", 52, 4, 5000);
-    for (const f64 bad : {std::nan(""), HUGE_VAL, 1e300}) {
-        f64 record[8] = {10, 10, 0, 0, 0, bad, 0, 0};
-        gSimPort.SimConnect_SetDataOnSimObject(handle, 402, id, 0, 0, sizeof record, record);
-        EXPECT_NE(exceptionOf(answers()).dwException, 0u);
-        EXPECT_DOUBLE_EQ(object(id).lat, 52);
-    }
 }
 
 TEST_F(SandboxAi, RequestsByTypeCountTheirAnswersWithinTheRadius) {
@@ -295,19 +242,6 @@ TEST_F(SandboxAi, EventsWorkOnTheObjectTheyName) {
     EXPECT_EQ(object(id).throttle, 4096u);
     EXPECT_DOUBLE_EQ(read(id, "GENERAL ENG THROTTLE LEVER POSITION:2", "percent"), 75);
     EXPECT_EQ(object(id).positionWrites, 0);
-}
-
-TEST_F(SandboxAi, TheHookSeesEveryPositionThatTakesEffect) {
-    begin();
-    const u32 id = held("Jumbo", "A", 52, 4, 5000);
-    std::vector<f64> altitudes;
-    gf_setSandboxPositionHook(
-        [](const SandboxObject& o, f64, void* c) { static_cast<std::vector<f64>*>(c)->push_back(o.alt); }, &altitudes);
-    write(id, 52, 4, 4000);
-    write(id, 52, 400, 3000);
-    write(id, 52, 4, 2000);
-    EXPECT_EQ(altitudes, (std::vector<f64>{4000, 2000}));
-    EXPECT_EQ(gf_sandboxCounters().positionWrites, 2u);
 }
 
 }  // namespace

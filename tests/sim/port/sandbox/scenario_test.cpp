@@ -105,14 +105,5 @@ TEST(Scenario, WhatIsWrongIsToldWithFileAndField) {
     }
 }
 
-TEST(Scenario, AMissingFileIsToldWithItsPath) {
-    try {
-        gf_readScenario("no-such-scenario.json");
-        FAIL();
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "no-such-scenario.json: can't be read");
-    }
-}
-
 }  // namespace
 }  // namespace hcr

@@ -11,6 +11,7 @@ namespace hcr {
 
 // The TCP server to which RealTraffic connects. Run thread only; the two atomics are read by the window too.
 
+/// Waits for RealTraffic, and speaks with it; invalid when there is none. Run thread.
 extern Socket gListenSocket;
 extern Socket gClientSocket;
 extern std::atomic<bool> gConnected;     ///< gClientSocket is usable

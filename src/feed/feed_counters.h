@@ -25,6 +25,7 @@ enum class LineDrop : i32 {
     overtaken,     ///< taken before, but never looked at: more came than can be handled
     count_
 };
+/// The words of the counters' text. Any thread.
 const char* gf_lineDropName(LineDrop reason);
 
 /// Counters of the decoder since process start; any thread may read.
@@ -32,6 +33,7 @@ struct FeedCounters {
     std::atomic<u64> received{0}, accepted{0};
     std::atomic<u64> dropped[static_cast<int>(LineDrop::count_)] = {};
 };
+/// Written by the Traffic Reader, read by any thread.
 extern FeedCounters gFeedCounters;
 
 /// "received 1200, accepted 900, out of range 250, ...": the counters that aren't 0. Any thread.

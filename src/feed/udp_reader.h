@@ -12,6 +12,7 @@
 
 namespace hcr {
 
+/// Where RealTraffic sends datagrams of traffic and of weather.
 inline constexpr u16 kTrafficPort = 49005;
 inline constexpr u16 kWeatherPort = 49004;
 inline constexpr i64 kDatagramLimit = 16384;  ///< a datagram of this size is too long to be trusted

@@ -27,6 +27,7 @@ struct CfgFile {
     std::string text;       ///< UTF-8; sections are pieces of it
     CfgContent content;     ///< what was found so far
 };
+/// A file before it is read; `folderOrder` counts the package folders.
 CfgFile lf_cfgFile(i32 folderOrder, const std::filesystem::path& path);
 
 /// Fills `text`. False for a file that isn't there any more, silently, and for one that can't be read, which is logged.
@@ -74,16 +75,20 @@ using LineTaker = NextLine (*)(CfgSection& section, std::string_view line);
 NextLine lf_takeLines(CfgSection& section, LineTaker taker);
 /// Whether this stands in the line, which makes it the second line of a key, be it one or not.
 bool lf_mentions(std::string_view line, std::string_view key);
+/// A section before its lines are taken.
 CfgSection lf_cfgSection(CfgFile& file, std::string_view text);
 /// Keeps the first title, trimmed; a second one, and one that the simulator can't be asked for, are faults.
 NextLine lf_takeTitle(CfgSection& section, std::string_view value);
+/// Whether a title says of itself that it isn't to be used.
 bool lf_isDontUseTitle(std::string_view title);
 /// False if a registration of the comma list is impossible. `result` is the registration, empty if there are several:
 /// a livery of several airframes names none of them.
 bool lf_checkAtcId(std::string_view value, std::string& result);
 /// A value with blanks in it is taken for a comma list, and each piece trimmed.
 std::string lf_normalized(std::string_view value);
+/// Reports an airline that nobody knows.
 void lf_reportAirline(CfgFile& file, std::string_view code, std::string_view header);
+/// The livery of a section that is good.
 LiveryData lf_livery(const CfgSection& section, bool cargo);
 
 }  // namespace hcr

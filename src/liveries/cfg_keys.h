@@ -41,12 +41,14 @@ struct FltSimHeader {
     /// The digits of "[fltsim.12]"; "10000" in any other line that holds "[fltsim.".
     std::string_view number;
 };
+/// What a line is as a header.
 FltSimHeader gf_fltSimHeader(std::string_view line);
 /// The largest number that a section may have.
 inline constexpr i32 kLargestFltSim = 10000;
 
 /// The blanks of a key line, vertical ones included.
 std::string_view gf_trimCfg(std::string_view text);
+/// Whether one of these blanks stands in the text.
 bool gf_holdsCfgBlank(std::string_view text);
 
 }  // namespace hcr

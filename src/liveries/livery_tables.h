@@ -30,6 +30,7 @@ extern std::vector<std::string> lightPool, buzjetPool, rotorcraftPool;  ///< typ
 /// Builds liveryIndex from the sorted list. It takes copies of the texts, and the titles of the list then are those
 /// copies.
 void gf_buildLiveryIndex(std::vector<ScannedLivery>& liveries);
+/// Fill airlineTitles and genericTitles from liveryIndex.
 void gf_buildAirlineTitles();
 void gf_buildGenericTitles();
 /// A copy of a text that lives as long as the tables.

@@ -21,6 +21,7 @@ enum MatchStep : i32 {
     similarGeneric = 6,
 };
 
+/// In place of a MatchStep.
 inline constexpr i32 kNoMatchStep = -1;
 
 extern TextSet failedTitles;                                          ///< titles that the simulator refused to create
@@ -47,6 +48,7 @@ i32 gf_lastMatchStep();
 /// The step by which this live aircraft got its livery in this session, kNoMatchStep if it has none.
 i32 gf_matchStepOf(u32 hexid);
 
+/// Log how many live matches each step gave, and who got no livery.
 void gf_logMatchSummary();
 void gf_logNoMatchList();
 

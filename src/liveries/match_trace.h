@@ -12,8 +12,10 @@ namespace hcr {
 // What the matching did for an aircraft, for people who ask why it looks as it does. The lookups themselves write it
 // down in the order in which they run. Run thread.
 
+/// The tables of livery_tables that a lookup asks.
 enum class MatchTable { registrations, airlines, generics };
 
+/// What a lookup gave, or why there was none.
 enum class MatchVerdict {
     nothingThere,  ///< the table doesn't have the key
     taken,
@@ -26,6 +28,7 @@ enum class MatchVerdict {
     ownPaintOnly,  ///< aircraft of this class wear no other operator's paint
 };
 
+/// A title that a lookup found.
 struct MatchCandidate {
     std::string_view title;
     bool special = false;  ///< reserved for registrations
@@ -43,6 +46,7 @@ struct MatchTry {
     std::string_view drawn;                  ///< the one of them that was drawn, empty when there were none
 };
 
+/// All lookups for one aircraft, in their order.
 struct MatchTrace {
     std::vector<MatchTry> tries;
     i32 step = kNoMatchStep;  ///< by which a title was accepted

@@ -14,6 +14,7 @@ f64 gf_utcSeconds();
 /// Time of day in units of 100 ns since 1970, UTC.
 i64 gf_utcTicks100ns();
 
+/// Until a moment of the steady clock in microseconds, or for a time; scaled by gf_clockFactor.
 void gf_sleepUntilUs(i64 steadyUs);
 void gf_sleepMs(i64 milliseconds);
 

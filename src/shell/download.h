@@ -32,6 +32,7 @@ struct DownloadLimits {
 /// Set before a run, if at all; read by the run thread.
 extern DownloadLimits gDownloadLimits;
 
+/// Lets a handle end with its owner.
 struct CurlCloser {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
 };

@@ -18,6 +18,7 @@ void gf_openLogOnStandardOutput();
 /// Flushes and closes; for tests and for the end of the process.
 void gf_closeLog();
 
+/// One line; gf_logFlush brings all so far to the disk.
 void gf_log(std::string_view line);
 void gf_logFlush();
 /// Marks the line with "==> " and flushes: for failures that somebody will look for.

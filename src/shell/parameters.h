@@ -13,6 +13,7 @@ namespace hcr {
 // The settings. Each is one global object that lives as long as the process and is never copied. `current` may be
 // read by any thread; every change by the user goes through gf_storeParameter (parameter_file.h).
 
+/// What all settings have.
 struct Parameter {
     explicit Parameter(std::string parameterName) : name(std::move(parameterName)) {}
     virtual ~Parameter() = default;
@@ -22,18 +23,21 @@ struct Parameter {
     std::string name;  ///< as it stands in the file
 };
 
+/// A switch.
 struct BoolParameter : Parameter {
     BoolParameter(std::string parameterName, bool value);
     bool defaultValue, lower, upper;
     std::atomic<bool> current;
 };
 
+/// A whole number within limits.
 struct IntParameter : Parameter {
     IntParameter(std::string parameterName, i32 value, i32 lowest, i32 highest);
     i32 defaultValue, lower, upper;
     std::atomic<i32> current;
 };
 
+/// A number within limits.
 struct FloatParameter : Parameter {
     FloatParameter(std::string parameterName, f32 value, f32 lowest, f32 highest);
     f32 defaultValue, lower, upper;
@@ -52,6 +56,7 @@ struct SharedText {
     std::string text;  ///< through the functions only
 };
 
+/// A text.
 struct StringParameter : Parameter {
     StringParameter(std::string parameterName, std::string value);
     std::string defaultValue, lower, upper;
@@ -67,35 +72,43 @@ struct ParameterControl {
     std::atomic<bool> enabled{true};  ///< what gf_enableControl asked for
 };
 
+/// A switch with a control.
 struct CheckBox : BoolParameter, ParameterControl {
     CheckBox(std::string parameterName, bool value, u16 id);
 };
 
+/// A whole number out of a list with a control.
 struct NumberChoice : IntParameter, ParameterControl {
     /// The limits are the first and the last of the values.
     NumberChoice(std::string parameterName, i32 value, std::vector<i32> allowed, u16 id);
     std::vector<i32> values;
 };
 
+/// A number out of a list with a control.
 struct FloatChoice : FloatParameter, ParameterControl {
     FloatChoice(std::string parameterName, f32 value, std::vector<f32> allowed, u16 id);
     std::vector<f32> values;
 };
 
+/// A text that the user types.
 struct EditField : StringParameter, ParameterControl {
     EditField(std::string parameterName, std::string value, u16 id);
     void* replacedProcedure = nullptr;
 };
 
+/// A text out of a list with a control.
 struct TextChoice : StringParameter, ParameterControl {
     TextChoice(std::string parameterName, std::string value, std::vector<std::string> allowed, u16 id);
     std::vector<std::string> values;
 };
 
+/// A button, which has no value.
 struct ButtonControl : Parameter, ParameterControl {
     ButtonControl(std::string caption, u16 id);
 };
 
+/// The settings by kind; what each is for, its default, its limits and its unit stand in settings.cpp and
+/// parameters.cpp.
 extern BoolParameter RANDOM;
 extern CheckBox AEROWINX, LIG_AUTOMATIC, COLLISION_USER_AIR, COLLISION_USER_GND, COLLISION_LIVE_PARKED_GND,
     ALWAYS_ON_TOP, SCAN_LIVERIES, LIG_PRIORITIZE, AIRBORNE_ONLY, SCAN_AIRPORTS, LIGHT_AIRCRAFT, HELICOPTERS,
@@ -124,6 +137,7 @@ struct ParameterLists {
     std::vector<StringParameter*> strings;       ///< 5
     std::vector<StringParameter*> shownStrings;  ///< 6: their control's text is shown again after reading
 };
+/// Built at the first call. Any thread.
 const ParameterLists& gf_parameterLists();
 /// Every parameter back to its default; for tests.
 void gf_resetParameters();

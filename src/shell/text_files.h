@@ -9,6 +9,7 @@
 
 namespace hcr {
 
+/// How the bytes of a text file are to be read.
 enum class Charset : i32 {
     ansi = 0,
     unicode = 1,
@@ -18,6 +19,7 @@ enum class Charset : i32 {
     noneFound = 5,
 };
 
+/// By the mark at the file's start, else by its bytes; noneFound when it can't be opened.
 Charset gf_detectCharset(const std::filesystem::path& path);
 /// The fixed name of a charset; std::out_of_range for any other value.
 const char* gf_charsetName(Charset charset);
@@ -62,6 +64,7 @@ bool gf_readFileLines(LineReader& reader, std::size_t reserveHint, std::string& 
 /// Writes beside the target and then in its place; false if that can't be done, which is told.
 bool gf_writeTextFile(std::string_view text, const std::filesystem::path& path, bool withNewline);
 
+/// Removes the files of a folder, not its folders; what can't be removed is logged.
 void gf_removeFilesFromDirectory(const std::filesystem::path& path);
 void gf_removeXMLFilesFromDirectory();
 u64 gf_countDirectoryEntries(const std::filesystem::path& path);

@@ -11,19 +11,26 @@ namespace hcr {
 // the time of its push, but for gf_setFreeze.
 
 void removeAircraftFromSim(ParkedAc& ac);
+/// Starts or stops all engines.
 void gf_engineStart(u32 objectId);
 void gf_engineStop(u32 objectId);
 
+/// On = 1, off = 0.
 struct Lights {
     u32 nav = 0, beacon = 0, landing = 0, taxi = 0, strobes = 0, logo = 0, cabin = 0;
 };
+/// All seven at once; the two below one alone.
 void gf_setLights(u32 objectId, const Lights& lights);
 void gf_setNavLight(u32 objectId, bool on);
 void gf_setCabinLight(u32 objectId, bool on);
+/// Gear and spoilers; a helicopter has neither.
 void gf_setGear(const ParkedAc& ac, bool down);
 void gf_setSpoilers(const ParkedAc& ac, bool on);
+/// One of the settings 0..3, up to full; sent when it changes.
 void gf_setFlaps(ParkedAc& ac, i32 index);
+/// One of the settings 0..4, idle to take-off; sent when it changes.
 void gf_setThrottle(ParkedAc& ac, i32 index);
+/// What an aircraft on a stand looks like: lights, engines, flaps, spoilers.
 void gf_applyParkedState(ParkedAc& ac);
 /// Queues the three freeze events. SimClient, with gSimMutex held by the caller.
 void gf_setFreeze(u32 objectId);

@@ -6,6 +6,7 @@ namespace hcr {
 
 // Ids that this program chose for its session.
 
+/// Records of variables that are read or written at once.
 enum SimDefinition : u32 {
     kDefThrottleSpoilers = 401,
     kDefPosition = 402,
@@ -17,6 +18,7 @@ enum SimDefinition : u32 {
     kDefOnGround = 409,
 };
 
+/// Requests, by which answers are told apart.
 enum SimRequest : u32 {
     kReqInRange = 101,
     kReqStaticData = 102,
@@ -31,6 +33,7 @@ enum SimRequest : u32 {
     kReqHelicoptersInRange = 111,
 };
 
+/// What the simulator tells by itself.
 enum SimSystemEvent : u32 {
     kEventSim = 201,
     kEventObjectAdded = 202,
@@ -39,6 +42,7 @@ enum SimSystemEvent : u32 {
     kEventFlightLoaded = 205,
 };
 
+/// What an aircraft is told, by the simulator's own names.
 enum SimClientEvent : u32 {
     BEACON_LIGHTS_SET = 206,
     NAV_LIGHTS_SET = 207,
@@ -59,6 +63,7 @@ enum SimClientEvent : u32 {
     THROTTLE_SET = 222,
 };
 
+/// All client events are of this notification group.
 inline constexpr u32 kEventGroup = 301;
 
 /// Subscribes, defines and maps everything, system events first. Called on SimClient after a good open; a refused call

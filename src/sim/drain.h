@@ -11,10 +11,10 @@ namespace hcr {
 
 extern std::vector<PositionCommand> gPosQueueFront;  ///< read by the drain
 extern std::vector<PositionCommand> gPosQueueBack;   ///< written by the worker
-extern std::vector<EventCommand> gEventQueue;
-extern std::vector<AiCreateRequest> gCreateQueue;
-extern std::vector<u32> gRemovalQueue;
-extern std::vector<PendingCreate> gPendingCreates;
+extern std::vector<EventCommand> gEventQueue;        ///< of any aircraft, oldest first
+extern std::vector<AiCreateRequest> gCreateQueue;    ///< creations that go out with the next frames, oldest first
+extern std::vector<u32> gRemovalQueue;               ///< object ids, oldest first
+extern std::vector<PendingCreate> gPendingCreates;   ///< creations that the simulator hasn't answered yet
 
 /// Queues a creation. Worker.
 void gf_queueCreate(AiCreateRequest request);

@@ -16,6 +16,7 @@ void gf_onObjectRemoved(u32 objectId);
 
 /// A user position was received and isn't at 0, 0.
 bool gf_simUserPositionKnown();
+/// Forgets what the last session told. Run thread, between two sessions.
 void gf_resetObjectData();
 
 /// Unix seconds of the simulator's clock.

@@ -14,6 +14,7 @@ extern std::atomic<i32> userCategory;         ///< AircraftCategory; goes to the
 /// Replies of requests 106 and 107. SimClient thread; the texts may hold anything up to their length.
 void gf_onUserTitle(const std::string& title);
 void gf_onUserModel(const std::string& model);
+/// Back to a user of whom nothing is known. Run thread, between two sessions.
 void gf_resetUserAircraft();
 
 }  // namespace hcr

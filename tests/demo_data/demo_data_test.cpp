@@ -15,6 +15,7 @@
 #include "liveries/reports.h"
 #include "liveries/results.h"
 #include "liveries/scan.h"
+#include "liveries/scan_threads.h"
 #include "parking/catalogue.h"
 #include "shell/data_update.h"
 #include "shell/file_names.h"

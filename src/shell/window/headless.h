@@ -4,6 +4,7 @@
 
 namespace hcr {
 
+/// What the face on the terminal shows.
 struct HeadlessOptions {
     i32 tableSeconds = 0;  ///< 0 = no table
     i64 seconds = 0;       ///< close by itself after so long, 0 = never

@@ -25,9 +25,11 @@ struct SandboxTraceRaw {
 
 /// Throws std::runtime_error when the file can't be written.
 void gf_sandboxTraceOpen(SandboxTrace& trace, const std::filesystem::path& path);
+/// Closes the file, or writes what is still in memory.
 void gf_sandboxTraceClose(SandboxTrace& trace);
 void gf_sandboxTraceFlush(SandboxTrace& trace);
 
+/// Pieces of a line: the time in seconds since the first session, then names with their values, then the end.
 void gf_sandboxTraceBegin(SandboxTrace& trace, f64 seconds);
 void gf_sandboxTraceKey(SandboxTrace& trace, std::string_view key);
 void gf_sandboxTraceText(SandboxTrace& trace, std::string_view text);

@@ -9,6 +9,7 @@ namespace hcr {
 // What the sandbox knows by name: simulation variables, units, simulator events, system events. Names are compared
 // without regard to case, as the simulator does. Any thread; the tables are constant.
 
+/// Variables that the sandbox has.
 enum class SandboxVar : u8 {
     title,
     model,
@@ -35,8 +36,10 @@ enum class SandboxVar : u8 {
     throttle,
 };
 
+/// What a variable measures, which tells the units that it may be asked in.
 enum class SandboxDimension : u8 { text, angle, length, speed, percent, seconds, plain };
 
+/// What is known of a variable.
 struct SandboxVarFacts {
     std::string_view name;
     SandboxVar var;
@@ -46,6 +49,7 @@ struct SandboxVarFacts {
     bool perEngine;  ///< the name may end in ":1" .. ":4"
 };
 
+/// Engines, and throttle levers, of every aircraft.
 inline constexpr u32 kSandboxEngines = 4;
 
 /// Null when there is no such variable. `engine` is set from the name's index, 1 without one.
@@ -53,6 +57,7 @@ const SandboxVarFacts* gf_sandboxVariable(std::string_view name, u32& engine);
 /// The factor from the variable's own unit to the named one; 0 when the unit doesn't exist or doesn't fit.
 f64 gf_sandboxUnitFactor(const SandboxVarFacts& facts, std::string_view unit);
 
+/// Events that an aircraft understands.
 enum class SandboxSimEvent : u8 {
     gear,
     engineStart,
@@ -75,8 +80,10 @@ enum class SandboxSimEvent : u8 {
 /// False when the simulator has no such event.
 bool gf_sandboxSimEvent(std::string_view name, SandboxSimEvent& event);
 
+/// Events that the simulator sends by itself.
 enum class SandboxSystemEvent : u8 { sim, objectAdded, objectRemoved, flightLoaded, frame };
 inline constexpr u32 kSandboxSystemEvents = 5;
+/// False when the simulator sends no such event.
 bool gf_sandboxSystemEvent(std::string_view name, SandboxSystemEvent& event);
 
 }  // namespace hcr

@@ -26,6 +26,7 @@ struct SandboxDatum {
     f64 fromClient = 1;
 };
 
+/// A data definition of the client.
 struct SandboxDefinition {
     u32 id = 0;
     std::vector<SandboxDatum> data;
@@ -58,8 +59,10 @@ struct SandboxSession {
     std::vector<u8> spare;  ///< memory of the last delivery
 };
 
+/// A moment in seconds that doesn't come.
 inline constexpr f64 kNever = std::numeric_limits<f64>::infinity();
 
+/// The whole simulator.
 struct SandboxWorld {
     bool started = false;
     Scenario scenario;
@@ -102,11 +105,14 @@ struct SandboxWorld {
     SandboxObject hookObject;  ///< kept so that its texts' memory is reused
 };
 
+/// One simulator per process, as on a user's computer.
 extern std::mutex gSandboxMutex;
 extern SandboxWorld gSandbox;
 
+/// Object id of the user's aircraft.
 inline constexpr u32 kSandboxUserId = 1;
 
+/// Whether a pause is on.
 bool gf_sandboxPaused(const SandboxWorld& world);
 /// There is a client, and the simulator lives to tell it something.
 bool gf_sandboxReachesClient(const SandboxWorld& world);
@@ -120,9 +126,11 @@ SandboxAircraft& gf_sandboxUser(SandboxWorld& world);
 SandboxAircraft* gf_sandboxFind(SandboxWorld& world, u32 id);
 /// A new AI object; its announcement is queued.
 SandboxAircraft& gf_sandboxAddAircraft(SandboxWorld& world, SandboxAircraft ac);
+/// Takes an AI object away; that is announced.
 void gf_sandboxRemoveAircraft(SandboxWorld& world, u32 id);
 /// What the simulator knows of a title.
 TitleFacts gf_sandboxFacts(const SandboxWorld& world, const std::string& title);
+/// Puts the user's aircraft somewhere, off its path.
 void gf_sandboxPlaceUser(SandboxWorld& world, const UserPoint& point);
 
 /// Takes the client's AI objects away without a word, when it is gone; all of them when the simulator is.
@@ -130,6 +138,7 @@ void gf_sandboxForgetAircraft(SandboxWorld& world);
 
 /// Queues a system event for the client, if it subscribed to it.
 void gf_sandboxSendEvent(SandboxWorld& world, SandboxSystemEvent event, u32 data);
+/// Queue an event with a file's name, or a refusal of the call that was the `packet`-th.
 void gf_sandboxSendFileEvent(SandboxWorld& world, SandboxSystemEvent event, std::string_view file);
 void gf_sandboxSendException(SandboxWorld& world, SimException exception, u32 packet, u32 index);
 

@@ -52,6 +52,24 @@ TEST_F(SandboxAi, ACreatedAircraftIsAnnouncedOneDispatchLaterAndItsRemovalToo) {
     EXPECT_TRUE(gf_sandboxObjects().empty());
 }
 
+TEST_F(SandboxAi, AModelThatTakesItsTimeIsHiddenUntilItIsLoaded) {
+    Scenario s = gf_defaultScenario();
+    s.announceAfter = 3;
+    start(s);
+    open();
+    subscribeAll();
+    run(2);
+    const u32 first = create("Slow", "KLM1"), second = create("Slow", "KLM2");
+    define(404, "ATC ID", nullptr, 6);
+    gSimPort.SimConnect_AIRemoveObject(handle, first, 105);
+    EXPECT_TRUE(eventsOf(run(2.5), 202).empty());
+    gSimPort.SimConnect_RequestDataOnSimObjectType(handle, 101, 404, 100000, SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT);
+    EXPECT_EQ(countOf(answers(), SIMCONNECT_RECV_ID_SIMOBJECT_DATA_BYTYPE), 1u) << "the user alone";
+    const auto shown = eventsOf(run(1), 202);
+    ASSERT_EQ(shown.size(), 1u) << "what went before it came isn't announced";
+    EXPECT_EQ(shown[0].dwData, second);
+}
+
 TEST_F(SandboxAi, AHelicopterIsAnnouncedAsOne) {
     begin();
     create("Heli", "LIFELN1");
@@ -266,7 +284,6 @@ TEST_F(SandboxAi, EventsWorkOnTheObjectTheyName) {
         {219, nullptr, 0, &SandboxObject::gear, 0},
         {221, "ENGINE_AUTO_SHUTDOWN", 0, &SandboxObject::engines, 0},
         {220, "ENGINE_AUTO_START", 0, &SandboxObject::engines, 1},
-        {222, "THROTTLE_SET", 4914, &SandboxObject::throttle, 4914},
         {218, "SPOILERS_SET", 16383, &SandboxObject::spoilers, 16383},
         {207, "NAV_LIGHTS_SET", 0, &SandboxObject::nav, 0},
         {206, "BEACON_LIGHTS_SET", 1, &SandboxObject::beacon, 1},
@@ -285,14 +302,17 @@ TEST_F(SandboxAi, EventsWorkOnTheObjectTheyName) {
         EXPECT_EQ(object(id).*row.field, row.result) << row.event << " " << row.data;
     }
     EXPECT_EQ(object(other).beacon, 0u);
-    EXPECT_EQ(object(other).throttle, 0u);
+    mapEvent(222, "THROTTLE_SET");
+    send(id, 222, 4914);
+    EXPECT_EQ(object(id).throttle, 4914);
+    EXPECT_EQ(object(other).throttle, 0);
     define(401, "SPOILERS HANDLE POSITION", "percent", 4);
     define(401, "GENERAL ENG THROTTLE LEVER POSITION:1", "percent", 4);
     define(401, "GENERAL ENG THROTTLE LEVER POSITION:2", "percent", 4);
-    f64 record[3] = {50, 25, 75};
+    f64 record[3] = {50, -25, 75};
     gSimPort.SimConnect_SetDataOnSimObject(handle, 401, id, 0, 0, sizeof record, record);
     EXPECT_EQ(object(id).spoilers, 8192u);
-    EXPECT_EQ(object(id).throttle, 4096u);
+    EXPECT_EQ(object(id).throttle, -4096) << "reverse";
     EXPECT_DOUBLE_EQ(read(id, "GENERAL ENG THROTTLE LEVER POSITION:2", "percent"), 75);
     EXPECT_EQ(object(id).positionWrites, 0);
 }

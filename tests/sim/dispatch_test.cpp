@@ -29,13 +29,6 @@ f64 lf_tenMilesNorth() {
     return near;
 }
 
-void lf_dispatchEvent(u32 event, u32 data) {
-    auto message = messageOf<SIMCONNECT_RECV_EVENT>(SIMCONNECT_RECV_ID_EVENT);
-    message.uEventID = event;
-    message.dwData = data;
-    dispatchRecord(message);
-}
-
 void lf_dispatchOpen(std::string_view name) {
     auto open = messageOf<SIMCONNECT_RECV_OPEN>(SIMCONNECT_RECV_ID_OPEN);
     std::memcpy(open.szApplicationName, name.data(), std::min(name.size(), sizeof(open.szApplicationName)));
@@ -98,20 +91,6 @@ TEST_F(Dispatch, OnGroundCountsOnlyOnceThePositionIsKnownButThePulseAlways) {
     EXPECT_TRUE(gSecondPulse);
 }
 
-TEST_F(Dispatch, ALoadedFlightAndANewFileEndTheRunButTheFirstReasonStays) {
-    lf_dispatchEvent(kEventFlightLoaded, 0);
-    EXPECT_TRUE(logHas("SimConnect: flight loaded event"));
-    EXPECT_EQ(gExitReason, ExitReason::newFlight);
-    EXPECT_EQ(gRestartSeconds, 45);
-
-    resetSessionGlobals();
-    gf_requestStop(ExitReason::newSettings, 3);
-    dispatchRecord(messageOf<SIMCONNECT_RECV_EVENT_FILENAME>(SIMCONNECT_RECV_ID_EVENT_FILENAME));
-    EXPECT_TRUE(logHas("==> SimConnect: New file event"));
-    EXPECT_EQ(gExitReason, ExitReason::newSettings);
-    EXPECT_EQ(gRestartSeconds, 3);
-}
-
 TEST_F(Dispatch, TheSimulatorMustBeTheChosenOne) {
     struct Row {
         const char* name;
@@ -140,17 +119,6 @@ TEST_F(Dispatch, TheSimulatorMustBeTheChosenOne) {
         EXPECT_EQ(gWindow.simulatorText.get().empty(), row.error != nullptr);
     }
     EXPECT_TRUE(logHas("KittyHawk (12.2.282174.999) connected"));
-    gNoWindow = true;
-    try {
-        SIM_CHOICE.current.set("MSFS 2020");
-        lf_dispatchOpen("SunRise");
-        ADD_FAILURE() << "taken";
-    } catch (const UserErrorException& exception) {
-        const std::string error = exception.what();
-        EXPECT_NE(error.find("parameters.xml, or start with --set \"SIM_CHOICE=MSFS 2024\""), std::string::npos)
-            << error;
-    }
-    gNoWindow = false;
 }
 
 TEST_F(Dispatch, ExceptionsAreTold) {
@@ -204,32 +172,6 @@ TEST_F(Dispatch, ARefusedCreationIsReportedOnceByItsPacket) {
     EXPECT_EQ(news[1].id, 17U);
     ASSERT_EQ(gPendingCreates.size(), 2U);
     EXPECT_EQ(gPendingCreates[0].callsign, "KLM3");
-}
-
-TEST_F(Dispatch, ANewObjectIsReleasedFrozenAndReportedByItsKind) {
-    dispatchUser(userAt(50, 8), 5);
-    gPendingCreates = {{41, 4740001, "KLM1"}, {42, 17, "KLM2*"}};
-    dispatchAdded(7);
-    dispatchAdded(8);
-    dispatchStatus(7, "KLM1", 9000);
-    dispatchStatus(8, "KLM2*", 9);
-    EXPECT_EQ(takeCalls(), (std::vector<std::string>{"Release 7", "Release 8"}));
-    std::vector<u32> events;
-    for (const EventCommand& command : gEventQueue) {
-        EXPECT_EQ(command.data, 1U);
-        events.push_back(command.eventId);
-    }
-    EXPECT_EQ(events, (std::vector<u32>{214, 215, 216, 214, 215, 216}));
-    const auto news = takeNews();
-    ASSERT_EQ(news.size(), 2U);
-    EXPECT_EQ(news[0].kind, SimKind::liveCreated);
-    EXPECT_EQ(news[0].object, 7U);
-    EXPECT_EQ(news[0].id, 4740001U);
-    EXPECT_EQ(news[0].b, 9000);
-    EXPECT_EQ(news[1].kind, SimKind::staticCreated);
-    EXPECT_EQ(news[1].id, 17U);
-    EXPECT_EQ(news[1].b, 0);
-    EXPECT_TRUE(gPendingCreates.empty());
 }
 
 TEST_F(Dispatch, AnObjectOfSomebodyElseIsNeverMatchedAfterwards) {

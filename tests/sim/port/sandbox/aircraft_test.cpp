@@ -70,22 +70,6 @@ TEST_F(SandboxAi, AModelThatTakesItsTimeIsHiddenUntilItIsLoaded) {
     EXPECT_EQ(shown[0].dwData, second);
 }
 
-TEST_F(SandboxAi, AHelicopterIsAnnouncedAsOne) {
-    begin();
-    create("Heli", "LIFELN1");
-    for (const SeenMessage& m : answers()) {
-        if (m.id() == SIMCONNECT_RECV_ID_EVENT_OBJECT_ADDREMOVE) {
-            EXPECT_EQ(m.as<SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE>().eObjType,
-                      u32{SIMCONNECT_SIMOBJECT_TYPE_HELICOPTER});
-        }
-    }
-    gSimPort.SimConnect_RequestDataOnSimObjectType(handle, 101, 404, 100000, SIMCONNECT_SIMOBJECT_TYPE_AIRCRAFT);
-    ASSERT_EQ(answers().size(), 1u) << "the user alone";
-    gSimPort.SimConnect_RequestDataOnSimObjectType(handle, 101, 404, 100000, SIMCONNECT_SIMOBJECT_TYPE_HELICOPTER);
-    ASSERT_EQ(answers().size(), 1u);
-    EXPECT_GT(seen[0].as<SIMCONNECT_RECV_SIMOBJECT_DATA>().dwObjectID, 1u);
-}
-
 TEST_F(SandboxAi, WhatCantBeCreatedIsRefusedWithThePacketOfTheCall) {
     begin();
     const SIMCONNECT_DATA_INITPOSITION good{52, 4, 3000, 0, 0, 90, 0, 200};
@@ -113,25 +97,6 @@ TEST_F(SandboxAi, WhatCantBeCreatedIsRefusedWithThePacketOfTheCall) {
     }
     EXPECT_EQ(gf_sandboxCounters().refusals, 6u);
     EXPECT_EQ(gf_sandboxCounters().creates, 3u);
-}
-
-TEST_F(SandboxAi, TitlesComeAndGo) {
-    Scenario s = gf_defaultScenario();
-    s.allTitlesInstalled = false;
-    s.installed = {"Known"};
-    start(s);
-    open();
-    run(2);
-    EXPECT_EQ(create("Unknown", "A"), 0u);
-    EXPECT_GT(create("Known", "B"), 0u);
-    ScenarioFault fault;
-    fault.kind = FaultKind::addTitle;
-    fault.text = "Unknown";
-    gf_playSandboxFault(fault);
-    EXPECT_GT(create("Unknown", "C"), 0u);
-    fault.kind = FaultKind::refuseTitle;
-    gf_playSandboxFault(fault);
-    EXPECT_EQ(create("Unknown", "D"), 0u);
 }
 
 TEST_F(SandboxAi, OnTheGroundItStandsOnItsWheelsOnTheFirstDiscThatFits) {
@@ -190,14 +155,6 @@ TEST_F(SandboxAi, SettingTheFlapsHandsItBackToTheAiUntilItIsReleasedOnceMore) {
     run(10);
     EXPECT_DOUBLE_EQ(object(id).alt, 5000);
     EXPECT_EQ(object(id).flaps, 10240u);
-}
-
-TEST_F(SandboxAi, SinkingEndsOnTheGround) {
-    begin();
-    const u32 id = create("Jumbo", "X", 40, 4, 200);
-    run(30);
-    EXPECT_TRUE(object(id).onGround);
-    EXPECT_DOUBLE_EQ(object(id).agl, 16);
 }
 
 TEST_F(SandboxAi, AWrittenRecordIsReadBackInOtherUnitsAndTypes) {
@@ -315,19 +272,6 @@ TEST_F(SandboxAi, EventsWorkOnTheObjectTheyName) {
     EXPECT_EQ(object(id).throttle, -4096) << "reverse";
     EXPECT_DOUBLE_EQ(read(id, "GENERAL ENG THROTTLE LEVER POSITION:2", "percent"), 75);
     EXPECT_EQ(object(id).positionWrites, 0);
-}
-
-TEST_F(SandboxAi, TheHookSeesEveryPositionThatTakesEffect) {
-    begin();
-    const u32 id = held("Jumbo", "A", 52, 4, 5000);
-    std::vector<f64> altitudes;
-    gf_setSandboxPositionHook(
-        [](const SandboxObject& o, f64, void* c) { static_cast<std::vector<f64>*>(c)->push_back(o.alt); }, &altitudes);
-    write(id, 52, 4, 4000);
-    write(id, 52, 400, 3000);
-    write(id, 52, 4, 2000);
-    EXPECT_EQ(altitudes, (std::vector<f64>{4000, 2000}));
-    EXPECT_EQ(gf_sandboxCounters().positionWrites, 2u);
 }
 
 }  // namespace

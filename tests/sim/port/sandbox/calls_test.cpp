@@ -53,40 +53,6 @@ TEST_F(SandboxCalls, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
     EXPECT_NEAR(static_cast<f64>(eventsOf(after, kFrame).size()), 100, 1);
 }
 
-TEST_F(SandboxCalls, AClientThatStayedAwayGetsNoBurstOfFrames) {
-    start(gf_defaultScenario());
-    open();
-    subscribeAll();
-    run(2);
-    gf_turnClock(60000000);
-    dispatch();
-    dispatch();
-    EXPECT_LE(eventsOf(seen, kFrame).size(), 4u);
-    EXPECT_GE(eventsOf(seen, kFrame).size(), 1u);
-}
-
-TEST_F(SandboxCalls, NothingIsAnsweredBeforeTheNextDispatch) {
-    start(gf_defaultScenario());
-    open();
-    run(2);
-    struct Inner {
-        SandboxCalls* test;
-        int answersInTheSameDispatch = 0;
-        static void on(SIMCONNECT_RECV* message, u32, void* context) {
-            auto* self = static_cast<Inner*>(context);
-            if (message->dwID == SIMCONNECT_RECV_ID_SIMOBJECT_DATA) ++self->answersInTheSameDispatch;
-            self->test->ask(1, 409, 0);
-        }
-    };
-    Inner inner{this};
-    define(409, "SIM ON GROUND", "Bool", SIMCONNECT_DATATYPE_INT64);
-    ask(1, 409, 0);
-    gSimPort.SimConnect_CallDispatch(handle, Inner::on, &inner);
-    EXPECT_EQ(inner.answersInTheSameDispatch, 1);
-    dispatch();
-    EXPECT_EQ(countOf(seen, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 1u);
-}
-
 TEST_F(SandboxCalls, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
     start(gf_defaultScenario());
     open();
@@ -254,89 +220,6 @@ TEST_F(SandboxCalls, FaultsReachTheClient) {
     remove.text = "AS-GEN";
     gf_playSandboxFault(remove);
     EXPECT_EQ(eventsOf(answers(), kRemoved).size(), 1u);
-}
-
-TEST_F(SandboxCalls, ACallFailsAsOftenAsTheFaultSays) {
-    start(gf_defaultScenario());
-    open();
-    ScenarioFault fault = lf_fault(FaultKind::failCall, 0);
-    fault.call = "SimConnect_RequestDataOnSimObject";
-    fault.count = 2;
-    gf_playSandboxFault(fault);
-    define(1, "Plane Longitude", "degrees", 4);
-    const u32 before = packet();
-    EXPECT_LT(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
-    EXPECT_LT(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
-    EXPECT_EQ(packet(), before);
-    EXPECT_EQ(gSimPort.SimConnect_RequestDataOnSimObject(handle, 1, 1, 0, 1, 0, 0, 0, 0), 0);
-}
-
-TEST_F(SandboxCalls, SlowFramesEndAndTheFrameTellsItsRate) {
-    start(gf_defaultScenario());
-    open();
-    subscribeAll();
-    run(2);
-    ScenarioFault slow = lf_fault(FaultKind::slowFrames, 0, 10);
-    slow.rate = 5;
-    gf_playSandboxFault(slow);
-    const auto slowly = run(10);
-    EXPECT_NEAR(static_cast<f64>(eventsOf(slowly, kFrame).size()), 50, 2);
-    EXPECT_FLOAT_EQ(slowly.back().as<SIMCONNECT_RECV_EVENT_FRAME>().fFrameRate, 5);
-    EXPECT_NEAR(static_cast<f64>(eventsOf(run(10), kFrame).size()), 300, 2);
-}
-
-TEST_F(SandboxCalls, ClosingTakesTheClientsAircraftAway) {
-    start(gf_defaultScenario());
-    open();
-    run(2);
-    create("A320", "KLM1");
-    ASSERT_EQ(gf_sandboxObjects().size(), 1u);
-    gSimPort.SimConnect_Close(handle);
-    EXPECT_TRUE(gf_sandboxObjects().empty());
-    open();
-    EXPECT_GT(create("A320", "KLM1"), 0u);
-}
-
-TEST_F(SandboxCalls, ADispatchFunctionMayThrowOrCloseTheSession) {
-    start(gf_defaultScenario());
-    open();
-    subscribeAll();
-    const auto thrower = [](SIMCONNECT_RECV*, u32, void*) { throw std::runtime_error("wrong simulator"); };
-    EXPECT_THROW(gSimPort.SimConnect_CallDispatch(handle, thrower, nullptr), std::runtime_error);
-    run(2);
-    define(1, "Plane Longitude", "degrees", 4);
-    for (int i = 0; i < 3; ++i) ask(1, 1, 0);
-    int calls = 0;
-    struct Context {
-        SimHandle handle;
-        int* calls;
-    } context{handle, &calls};
-    const auto closer = [](SIMCONNECT_RECV*, u32, void* c) {
-        auto* ctx = static_cast<Context*>(c);
-        ++*ctx->calls;
-        gSimPort.SimConnect_Close(ctx->handle);
-    };
-    EXPECT_EQ(gSimPort.SimConnect_CallDispatch(handle, closer, &context), 0);
-    EXPECT_EQ(calls, 1) << "a closed session delivers nothing more";
-}
-
-TEST_F(SandboxCalls, TwoThreadsMayWorkAtOnce) {
-    start(gf_defaultScenario());
-    open();
-    subscribeAll();
-    definePosition();
-    run(2);
-    const u32 id = create("A320", "KLM1");
-    std::thread worker([&] {
-        for (int i = 0; i < 2000; ++i) write(id, 52 + i * 1e-5, 4, 3000);
-    });
-    for (int i = 0; i < 500; ++i) {
-        gf_turnClock(1000);
-        dispatch();
-        create("A320", "KLM2");
-    }
-    worker.join();
-    EXPECT_EQ(object(id).positionWrites, 2000);
 }
 
 }  // namespace

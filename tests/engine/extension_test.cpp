@@ -32,6 +32,21 @@ TEST_F(Extension, LostInTheAirGoesOnForEightStepsAndLeaves) {
     EXPECT_NEAR(flown("KLM1023")->alt, flight.alt, 1);
 }
 
+TEST_F(Extension, WhoIsReportedAgainIsFollowedAndComesBackToItsTimesLegByLeg) {
+    const Flight flight{.speed = 300};
+    fly(flight, 61);
+    runTo(110);
+    ASSERT_GT(gLiveAcs[0].extendCount, 0);
+    fly(flight, 170);
+    EXPECT_EQ(gLiveAcs[0].extendCount, 0);
+    EXPECT_GT(gLiveAcs[0].maxLate, 1000);
+    fly({.start = flight.start, .speed = flight.speed}, 250);
+    EXPECT_EQ(gLiveAcs[0].maxLate, 1000);
+    EXPECT_EQ(gLiveAcs[0].maxEarly, 1000);
+    const FeedLine real = flight.lineAt(now() - 30);
+    EXPECT_LT(distanceNm(flown("KLM1023")->lat, flown("KLM1023")->lon, real.lat, real.lon), 0.5);
+}
+
 TEST_F(Extension, ReportAheadIsFlownToAtOnceAndOneBehindByATurn) {
     LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick + 500));
     ac.extendCount = 5;

@@ -43,14 +43,18 @@ std::vector<TimedLine> flyLegs(FeedLine line, const std::vector<FlightLeg>& legs
     return lines;
 }
 
+FeedLine endOf(FeedLine line, const std::vector<FlightLeg>& legs) {
+    for (const FlightLeg& leg : legs) {
+        for (f64 left = leg.seconds; left > 0; left -= kStep) lf_step(line, leg, left);
+    }
+    return line;
+}
+
 FeedLine beginFor(FeedLine line, const std::vector<FlightLeg>& legs, LatLon end) {
     line.lat = end.lat;
     line.lon = end.lon;
     for (int round = 0; round < 3; ++round) {  // each round takes out what the last one was off by
-        FeedLine flown = line;
-        for (const FlightLeg& leg : legs) {
-            for (f64 left = leg.seconds; left > 0; left -= kStep) lf_step(flown, leg, left);
-        }
+        const FeedLine flown = endOf(line, legs);
         line.lat += end.lat - flown.lat;
         line.lon += end.lon - flown.lon;
     }

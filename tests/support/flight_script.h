@@ -16,6 +16,8 @@ struct FlightLeg {
 /// The reports of an aircraft that flies these legs, one in every `every` seconds from `from` on. It begins with what
 /// the line tells.
 std::vector<TimedLine> flyLegs(FeedLine line, const std::vector<FlightLeg>& legs, f64 every = 2, f64 from = 0);
+/// The line at the end of these legs.
+FeedLine endOf(FeedLine line, const std::vector<FlightLeg>& legs);
 /// The line with another place to begin at, from which these legs end at `end`.
 FeedLine beginFor(FeedLine line, const std::vector<FlightLeg>& legs, LatLon end);
 /// Puts lines of several aircraft into the order of time.

@@ -31,7 +31,8 @@ struct Story {
     const char* title;
     FeedLine line{};
     std::vector<FlightLeg> legs{};
-    std::size_t airborneLegs = 0;  ///< of an arrival: at their end it is over the airport; 0 for what starts there
+    std::size_t airborneLegs = 0;  ///< of an arrival: at their end it is over the airport; 0 for what begins there or,
+                                   ///< in the air, 12 miles away
     std::vector<Phase> phases{};
 };
 
@@ -93,7 +94,9 @@ std::map<std::string, FlownAircraft> lf_play(std::vector<Story>& stories, std::v
         story.line.registration = fmt::format("PH-{}", story.callsign);
         story.line.track = bearing;
         rememberedLiveries[story.line.hexid] = story.title;
-        const LatLon place = destinationPoint(kAirport.lat, kAirport.lon, bearing * kDegToRad, 1.2 * kFeetPerNm);
+        const bool elsewhere = story.airborneLegs == 0 && story.line.alt > 0;
+        const LatLon place =
+            destinationPoint(kAirport.lat, kAirport.lon, bearing * kDegToRad, (elsewhere ? 12 : 1.2) * kFeetPerNm);
         const auto end = story.legs.begin() + static_cast<std::ptrdiff_t>(story.airborneLegs);
         story.line = beginFor(story.line, {story.legs.begin(), end}, place);
         flights.push_back(flyLegs(story.line, story.legs));
@@ -124,7 +127,7 @@ std::vector<Phase> lf_jetPhases(const char* braking) {
     };
 }
 
-void lf_checkArrival(const FlownAircraft& flown) {
+void lf_checkArrival(const FlownAircraft& flown, const FeedLine& told) {
     EXPECT_NEAR(lf_sinkThrough(flown, 80, 300), 10, 1.5) << "no flare up there";
     EXPECT_NEAR(lf_sinkThrough(flown, kCg + 21, kCg + 26), 10, 1);
     EXPECT_NEAR(lf_sinkThrough(flown, kCg + 11, kCg + 17), 7.5, 0.8);
@@ -140,7 +143,9 @@ void lf_checkArrival(const FlownAircraft& flown) {
     const SandboxObject& end = flown.path.back();
     EXPECT_NEAR(end.pitch, 0.5, 1e-6) << "on its wheels";
     EXPECT_NEAR(end.alt, kAirport.alt + kCg, 1e-6);
+    EXPECT_LT(metresBetween(end.lat, end.lon, told.lat, told.lon), 30) << "it follows its reports off the runway";
     EXPECT_EQ(flown.appearances, 1);
+    EXPECT_LT(flown.worstJumpM, 1) << "at " << flown.worstJumpAt;
 }
 
 }  // namespace
@@ -161,6 +166,13 @@ TEST(AirportStory, ArrivalsAreSetUpByHeightFlareAndRollOut) {
          kJetArrival,
          5,
          lf_jetPhases("spoilers=16383 throttle=-16383 flaps=16383")},
+        {"KLM9",  // lands elsewhere, as far as anybody knows
+         "B738",
+         "Story B738",
+         {.alt = 3000, .speed = 200},
+         {{60, 180, 2000}, {100, 140, 1000}, {40, 130, 600}},
+         0,
+         {{"low", false, 650, 1900, "gear=0 flaps=3072 lights=NBLTSG-"}}},
         {"PHABC",
          "C172",
          "Story C172",
@@ -187,7 +199,8 @@ TEST(AirportStory, ArrivalsAreSetUpByHeightFlareAndRollOut) {
         const auto found = aircraft.find(story.callsign);
         ASSERT_NE(found, aircraft.end());
         for (const Phase& phase : story.phases) lf_checkPhase(found->second, phase);
-        if (std::string(story.model) != "EC35") lf_checkArrival(found->second);
+        if (story.airborneLegs != 0 && std::string(story.model) != "EC35")
+            lf_checkArrival(found->second, endOf(story.line, story.legs));
     }
 }
 

@@ -15,6 +15,7 @@ namespace hcr::test {
 namespace {
 
 const AirportEntry kAirport{"EHAM", "AMS", 52.3086, 4.7639, -11, 0};
+constexpr u32 kSandboxFull = 16383;
 constexpr f64 kCg = 9;  // feet, of the sandbox's aircraft
 
 /// All states with this height (feet above ground, in the air) or speed (knots, on the ground) look like this.
@@ -140,6 +141,8 @@ void lf_checkArrival(const FlownAircraft& flown, const FeedLine& told) {
     ASSERT_NE(nose, flown.path.end());
     EXPECT_GE(nose->pitch, -4.001);
     EXPECT_LT(nose->pitch, -2.5);
+    EXPECT_TRUE(std::any_of(low, flown.path.end(),
+                            [](const SandboxObject& o) { return o.onGround && o.spoilers == kSandboxFull; }));
     const SandboxObject& end = flown.path.back();
     EXPECT_NEAR(end.pitch, 0.5, 1e-6) << "on its wheels";
     EXPECT_NEAR(end.alt, kAirport.alt + kCg, 1e-6);
@@ -229,7 +232,7 @@ TEST(AirportStory, ADepartureTaxiesRunsRotatesAndClimbsOutInSteps) {
         {"KLM4",
          "B738",
          "Story B738",
-         {.alt = 4000, .speed = 200},
+         {.alt = 4000, .vs = -900, .speed = 200, .roll = 12},
          {{100, 180, 2500}, {60, 160, 2000}, {150, 140, 500}, {10, 150, 500}, {120, 200, 3500}, {60, 220, 5000}},
          3,
          {{"gone around", false, 4200, 4900, "throttle=11468 gear=0 flaps=0"}}},
@@ -239,12 +242,13 @@ TEST(AirportStory, ADepartureTaxiesRunsRotatesAndClimbsOutInSteps) {
         SCOPED_TRACE(story.callsign);
         for (const Phase& phase : story.phases) lf_checkPhase(aircraft.at(story.callsign), phase);
     }
-    const auto made =
-        std::find_if(creates.begin(), creates.end(), [](const CreateCall& c) { return c.tail == "KLM3"; });
-    ASSERT_NE(made, creates.end());
-    EXPECT_NEAR(f64{made->position.Heading}, 20, 1) << "degrees";
-    EXPECT_NEAR(f64{made->position.Pitch}, 0.6, 1e-6);
-    EXPECT_EQ(f64{made->position.Bank}, 0);
+    for (const CreateCall& made : creates) {
+        const bool taxies = made.tail == "KLM3";
+        EXPECT_NEAR(f64{made.position.Heading}, taxies ? 20 : 80, 1) << "degrees";
+        EXPECT_NEAR(f64{made.position.Pitch}, taxies ? 0.6 : -3 + 450 / 600.0 * 2.2, 0.2);
+        EXPECT_NEAR(f64{made.position.Bank}, taxies ? 0 : -12, 0.01) << "the simulator counts to the left";
+    }
+    EXPECT_EQ(creates.size(), 2U);
 
     const FlownAircraft& flown = aircraft.at("KLM3");
     const auto first =

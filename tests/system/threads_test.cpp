@@ -84,21 +84,6 @@ TEST(Threads, WhenRealTrafficGoesTheTrafficLeavesAndComesBackWithIt) {
     EXPECT_EQ(countOf(peer.told(), "Qs999=version"), 1U);
 }
 
-TEST(Threads, AStoppedFlightHoldsReportsAndPositionsUntilItResumes) {
-    LiveRun live;
-    FeedPeer peer(live.trafficPort);
-    ASSERT_TRUE(lf_fly(live, peer, 2));
-    gf_playSandboxFault({.kind = FaultKind::pause});
-    ASSERT_TRUE(live.untilLogged("Flight not running"));
-    live.pass(2);
-    const u64 writes = gf_sandboxCounters().positionWrites;
-    live.pass(5);
-    EXPECT_EQ(gf_sandboxCounters().positionWrites, writes);
-    gf_playSandboxFault({.kind = FaultKind::resume});
-    ASSERT_TRUE(live.untilLogged("Flight resumed"));
-    EXPECT_TRUE(live.until([&] { return gf_sandboxCounters().positionWrites > writes; }));
-}
-
 TEST(Threads, WhenTheSimulatorEndsTheProgramEnds) {
     LiveRun live;
     FeedPeer peer(live.trafficPort);
@@ -180,19 +165,6 @@ TEST(Threads, ARefusedTitleIsNotGivenAgain) {
     EXPECT_TRUE(live.until([&] { return live.flying() == 3; })) << live.log();
     const std::vector<SandboxObject> objects = gf_sandboxObjects();
     EXPECT_EQ(std::count_if(objects.begin(), objects.end(), [&](const auto& o) { return o.title == title; }), 1);
-}
-
-TEST(Threads, TheLimitOfLiveAircraftHolds) {
-    LiveRunOptions options;
-    options.beforeStart = [] { MAX_LIVE_SEL.current = 10; };
-    LiveRun live(std::move(options));
-    FeedPeer peer(live.trafficPort);
-    peer.aircraft = 14;
-    ASSERT_TRUE(live.until([&] { return live.flying() >= 10; })) << live.log();
-    for (int second = 0; second < 20; ++second) {
-        live.pass(1);
-        EXPECT_LE(live.flying(), 11U);  // one may be on its way out for a nearer one
-    }
 }
 
 TEST(Threads, AnErrorWaitsForTheUserWhoPutsItRightOrClosesTheWindow) {

@@ -36,23 +36,6 @@ TEST_F(SandboxCalls, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
     EXPECT_EQ(seen[0].bytes.size(), sizeof(SIMCONNECT_RECV_OPEN));
 }
 
-TEST_F(SandboxCalls, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
-    Scenario s = gf_defaultScenario();
-    s.flightAfter = 2;
-    s.frameRate = 20;
-    start(s);
-    open();
-    subscribeAll();
-    const auto before = run(1.9);
-    ASSERT_EQ(eventsOf(before, kSim).size(), 1u);
-    EXPECT_EQ(eventsOf(before, kSim)[0].dwData, 0u);  // the state at the subscription
-    EXPECT_TRUE(eventsOf(before, kFrame).empty());
-    const auto after = run(5.1);
-    ASSERT_EQ(eventsOf(after, kSim).size(), 1u);
-    EXPECT_EQ(eventsOf(after, kSim)[0].dwData, 1u);
-    EXPECT_NEAR(static_cast<f64>(eventsOf(after, kFrame).size()), 100, 1);
-}
-
 TEST_F(SandboxCalls, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
     start(gf_defaultScenario());
     open();
@@ -141,29 +124,6 @@ TEST_F(SandboxCalls, EveryExceptionNamesThePacketAndTheParameter) {
         EXPECT_EQ(e.dwIndex, rows[i].index) << rows[i].what;
         EXPECT_EQ(e.dwSendID, last - std::size(rows) + 1 + i) << rows[i].what;
     }
-}
-
-TEST_F(SandboxCalls, PauseStopsFramesAndSecondsAndTheUserAndResumesByItself) {
-    Scenario s = gf_defaultScenario();
-    s.elevation = 0;
-    s.user = {{0, 50, 0, 5000, 90, 100, false}, {100, 50, 1, 5000, 90, 100, false}};
-    s.faults = {lf_fault(FaultKind::pause, 10, 20)};
-    start(s);
-    open();
-    subscribeAll();
-    define(1, "Plane Longitude", "degrees", 4);
-    ask(7, 1, 0, SIMCONNECT_PERIOD_SECOND);
-    run(10.1);
-    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.10, 1e-6);
-    const auto paused = run(19);
-    EXPECT_EQ(countOf(paused, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 0u);
-    EXPECT_TRUE(eventsOf(paused, kFrame).empty());
-    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.10, 1e-6);
-    const auto resumed = run(10.9);
-    ASSERT_EQ(eventsOf(resumed, kSim).size(), 1u);
-    EXPECT_EQ(eventsOf(resumed, kSim)[0].dwData, 1u);
-    EXPECT_EQ(countOf(resumed, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 10u);
-    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.20, 1e-6);
 }
 
 TEST_F(SandboxCalls, AfterQuitTheSessionIsDeadAndTheSimulatorComesBackLater) {

@@ -128,15 +128,6 @@ TEST_F(AirLeg, HiddenTakeOffJumpsToTheFirstSampleInTheAir) {
     EXPECT_NEAR(ac.dAlt, 600 / legTicksLeft(ac), 1e-9);
 }
 
-TEST_F(AirLeg, PitchFollowsTheVerticalSpeed) {
-    const f64 deg = kDegToRad;
-    EXPECT_NEAR(airPitch(0), -3 * deg, 1e-12);
-    EXPECT_NEAR(airPitch(600), -5.2 * deg, 1e-12);
-    EXPECT_NEAR(airPitch(9000), airPitch(2400), 1e-12);
-    EXPECT_NEAR(airPitch(-1200), (-3 + 2.2) * deg, 1e-12);
-    EXPECT_NEAR(airPitch(-9000), airPitch(-3000), 1e-12);
-}
-
 TEST_F(AirLeg, BanksIntoATurnNoFasterThanTheTypeCan) {
     LiveAc& ac = legBetween(5000, 5000);
     ac.stream.push_back(sampleAt({52.01, 4.02}, 5000, 200, simTick + 2000));

@@ -234,49 +234,5 @@ TEST_F(Dispatch, OnlyAircraftOtherThanTheUsersAreAddedAndRemoved) {
     EXPECT_EQ(news[0].object, 8U);
 }
 
-TEST_F(Dispatch, MessagesThatAreCutOffAreDropped) {
-    // Each kind, whole once and then cut at every length: by the count of bytes, and by what the head says.
-    auto simEvent = messageOf<SIMCONNECT_RECV_EVENT>(SIMCONNECT_RECV_ID_EVENT);
-    simEvent.uEventID = kEventSim;
-    simEvent.dwData = 1;
-    auto added = messageOf<SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE>(SIMCONNECT_RECV_ID_EVENT_OBJECT_ADDREMOVE);
-    added.uEventID = kEventObjectRemoved;
-    added.dwData = 9;
-    added.eObjType = 2;
-    auto refused = messageOf<SIMCONNECT_RECV_EXCEPTION>(SIMCONNECT_RECV_ID_EXCEPTION);
-    refused.dwException = 22;
-    refused.dwSendID = 41;
-    auto open = messageOf<SIMCONNECT_RECV_OPEN>(SIMCONNECT_RECV_ID_OPEN);
-    open.szApplicationName[0] = 'x';
-    gPendingCreates = {{41, 4740001, "KLM1"}};
-    const std::vector<Bytes> messages = {
-        bytesOf(simEvent),
-        bytesOf(added),
-        bytesOf(refused),
-        bytesOf(open),
-        bytesOf(messageOf<SIMCONNECT_RECV_EVENT_FRAME>(SIMCONNECT_RECV_ID_EVENT_FRAME)),
-        objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA, kReqUserPosition, 9, userAt(50, 8)),
-        objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA, kReqStaticData, 9, StaticData{9, 0}),
-        objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA_BYTYPE, kReqInRange, 9, AiStatusData{1, 1, 1, "KLM1"}),
-    };
-    gRemovalQueue = {9};
-    for (const Bytes& whole : messages) {
-        for (std::size_t size = 0; size < whole.size(); ++size) {
-            dispatchBytes(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-            Bytes lying = whole;
-            const u32 told = static_cast<u32>(size);
-            std::memcpy(lying.data(), &told, sizeof(told));
-            dispatchBytes(lying);
-        }
-    }
-    gf_dispatch(nullptr, 12, nullptr);
-    EXPECT_FALSE(gFlightRunning);
-    EXPECT_FALSE(gWindow.simConnected);
-    EXPECT_EQ(gUserObjectId, 0U);
-    EXPECT_EQ(gRemovalQueue.size(), 1U);
-    EXPECT_EQ(gPendingCreates.size(), 1U);
-    EXPECT_TRUE(takeNews().empty());
-}
-
 }  // namespace
 }  // namespace hcr::test

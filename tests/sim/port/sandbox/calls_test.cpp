@@ -19,23 +19,6 @@ ScenarioFault lf_fault(FaultKind kind, f64 at, f64 seconds = 0) {
     return fault;
 }
 
-TEST_F(SandboxCalls, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
-    Scenario s = gf_defaultScenario();
-    s.openAfter = 5;
-    s.applicationName = "SunRise";
-    start(s);
-    EXPECT_LT(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0);
-    EXPECT_EQ(handle, nullptr);
-    gf_turnClock(5000000);
-    open();
-    subscribeAll();
-    ASSERT_EQ(dispatch(), 0);
-    ASSERT_FALSE(seen.empty());
-    ASSERT_EQ(seen[0].id(), SIMCONNECT_RECV_ID_OPEN);
-    EXPECT_STREQ(seen[0].as<SIMCONNECT_RECV_OPEN>().szApplicationName, "SunRise");
-    EXPECT_EQ(seen[0].bytes.size(), sizeof(SIMCONNECT_RECV_OPEN));
-}
-
 TEST_F(SandboxCalls, GarbageHandlesAndArgumentsAreRefusedByTheCallItself) {
     start(gf_defaultScenario());
     open();

@@ -89,6 +89,8 @@ void liveryRespawn(LiveAc& ac) {
         PosSample sample = lf_respawnSample(ac);
         sample.time = simTick + 1;
         ac.stream.insert(ac.stream.begin(), sample);
+        // The former front may be due behind the sample that follows it, since its time was that of the arrival.
+        if (ac.stream.size() >= 3) ac.stream[1].time = std::min(ac.stream[1].time, ac.stream[2].time - 1);
     }
     ac.lifeState = LifeState::liveryrespawn;
     ac.spawnHeading = ac.heading;

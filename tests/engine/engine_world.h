@@ -1,14 +1,16 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
-#include <map>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "core/model/aircraft.h"
 #include "core/model/geo.h"
-#include "core/model/sim_requests.h"
-#include "tests/shell/shell_world.h"
+#include "core/model/run_state.h"
+#include "tests/support/flight_recorder.h"
+#include "tests/support/world.h"
 
 namespace hcr::test {
 
@@ -18,59 +20,44 @@ struct Flight {
     std::string callsign = "KLM1023";
     LatLon start{52.0, 4.0};
     f64 track = 90, speed = 300, alt = 12000, vs = 0;  ///< degrees, knots, feet, feet per minute
-    std::string model = "A320", registration = "";
+    std::string model = "B738", registration = "";
 
-    /// The report `seconds` behind the start.
+    /// What the feed tells of it `seconds` behind the start.
+    FeedLine lineAt(f64 seconds) const;
+    /// The same as the decoder makes it, to be played now.
     TrafficReport at(f64 seconds) const;
 };
 
-/// What the simulator holds of one object, with every position that was written into it.
-struct FakeObject {
-    u32 hexid = 0;
-    std::string callsign, title;
-    PositionBlock created;
-    std::vector<PositionBlock> writes;
-    std::vector<i32> writeTicks;
-    i32 goneAt = 0;  ///< simTick of its removal, 0 while it is there
-};
+/// A sample of a level flight; not stationary, airborne by its altitude.
+PosSample sampleAt(LatLon place, f64 alt, f64 speed, i32 time);
 
-/// The engine with its queues, and a simulator that answers at once over a flat ground. Time goes by in cycles.
-struct EngineWorld : ShellWorld {
-    void SetUp() override;
-    void TearDown() override;
+/// Puts the user's aircraft over a place until the simulator tells of it anew; for single operations.
+void placeUser(LatLon place, f64 alt = 0, f64 agl = 0);
 
-    /// One cycle of 10 ms, in the order of the worker. The invariants of the live table are checked behind it.
+/// The whole program in simulated time, with a look into the engine's tables. Time goes by in cycles of the worker.
+struct EngineWorld : testing::Test {
+    EngineWorld() { begin(); }
+
+    /// A fresh world, by default with a range of 100 nm and a user who stands at Amsterdam.
+    void begin(std::optional<LatLon> user = {});
+    /// The invariants of the live table are checked behind each cycle.
     void cycle();
     void cycles(i32 count);
-    /// Runs cycles up to this time since the start of the test; true when `until` ended it before.
+    /// Runs cycles up to this time since the start of the world; true when `until` ended it before.
     bool runTo(f64 seconds, const std::function<bool()>& until = {});
     /// Reports the flight every `every` seconds while cycles run up to `seconds`.
     void fly(const Flight& flight, f64 seconds, f64 every = 2);
-    void report(TrafficReport report);
-    f64 now() const;
+    f64 now() const { return simTick / 100.0; }
+    bool logHas(const std::string& piece) const;
 
-    /// The object last created for this name.
-    FakeObject* object(const std::string& callsign);
-    /// Makes an active record on this sample's place, with the object number `objectId`; for single operations.
+    /// What the simulator was told of this name; nothing when it never came.
+    const FlownAircraft* flown(const std::string& callsign) const;
+    /// An active record on this sample's place with an object number that the simulator doesn't know, for single
+    /// operations.
     LiveAc& activeAc(const PosSample& s1, u32 objectId = 500);
-    /// The events sent so far to the object, as "id=data".
-    std::vector<std::string> eventsOf(u32 objectId) const;
 
-    std::map<u32, FakeObject> objects;  ///< by object id
-    std::vector<EventCommand> events;
-    f64 ground = 0;  ///< feet
-    i32 startTick = 0;
-
-private:
-    void simulate();
-    void sendStatus();
-    u32 nextObject = 100;
+    std::optional<World> world;
+    std::optional<FlightRecorder> recorder;
 };
-
-/// Puts the user's aircraft into the air over a place; heading north.
-void placeUser(LatLon place, f64 alt = 0, f64 agl = 0);
-
-/// A sample of a level flight; not stationary, airborne by its altitude.
-PosSample sampleAt(LatLon place, f64 alt, f64 speed, i32 time);
 
 }  // namespace hcr::test

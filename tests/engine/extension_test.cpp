@@ -20,30 +20,31 @@ struct Extension : EngineWorld {};
 TEST_F(Extension, LostInTheAirGoesOnForEightStepsAndLeaves) {
     const Flight flight{.speed = 300};
     fly(flight, 61);
-    const FakeObject* flown = object("KLM1023");
-    ASSERT_NE(flown, nullptr);
+    ASSERT_NE(flown("KLM1023"), nullptr);
     // The last report is played at 90 s; eight steps of 8 s follow.
     runTo(145);
     ASSERT_EQ(gLiveAcs.size(), 1U);
-    const f64 headingBefore = flown->writes.back().heading;
+    const f64 headingBefore = flown("KLM1023")->heading;
     runTo(170, [] { return gLiveAcs.empty(); });
     EXPECT_TRUE(gLiveAcs.empty());
-    EXPECT_NEAR(flown->goneAt - startTick, 9000 + 8 * 800, 300);
-    EXPECT_NEAR(flown->writes.back().heading, headingBefore, 0.1);
-    EXPECT_NEAR(flown->writes.back().alt, flight.alt, 1);
+    EXPECT_NEAR(now(), 90 + 8 * 8, 3);
+    EXPECT_NEAR(flown("KLM1023")->heading, headingBefore, 0.1);
+    EXPECT_NEAR(flown("KLM1023")->alt, flight.alt, 1);
 }
 
-TEST_F(Extension, ReportThatReturnsIsFollowedAgain) {
+TEST_F(Extension, WhoIsReportedAgainIsFollowedAndComesBackToItsTimesLegByLeg) {
     const Flight flight{.speed = 300};
     fly(flight, 61);
     runTo(110);
     ASSERT_GT(gLiveAcs[0].extendCount, 0);
-    fly(flight, 200);
-    ASSERT_EQ(gLiveAcs.size(), 1U);
+    fly(flight, 170);
     EXPECT_EQ(gLiveAcs[0].extendCount, 0);
-    const PositionBlock& last = object("KLM1023")->writes.back();
-    const PosSample real = flight.at(now() - 30).sample;
-    EXPECT_LT(distanceNm(last.lat, last.lon, real.lat, real.lon), 0.5);
+    EXPECT_GT(gLiveAcs[0].maxLate, 1000);
+    fly({.start = flight.start, .speed = flight.speed}, 250);
+    EXPECT_EQ(gLiveAcs[0].maxLate, 1000);
+    EXPECT_EQ(gLiveAcs[0].maxEarly, 1000);
+    const FeedLine real = flight.lineAt(now() - 30);
+    EXPECT_LT(distanceNm(flown("KLM1023")->lat, flown("KLM1023")->lon, real.lat, real.lon), 0.5);
 }
 
 TEST_F(Extension, ReportAheadIsFlownToAtOnceAndOneBehindByATurn) {
@@ -109,8 +110,7 @@ TEST_F(Extension, EndsAtOnceForWhomNobodyWouldSee) {
         {"high with traffic in the air only", [](LiveAc&) { AIRBORNE_ONLY.current = true; }, true},
     };
     for (const Row& row : rows) {
-        TearDown();
-        SetUp();
+        begin();
         placeUser({53, 4});
         LiveAc& ac = activeAc(sampleAt({52, 4}, 12000, 300, simTick));
         row.prepare(ac);

@@ -29,13 +29,6 @@ f64 lf_tenMilesNorth() {
     return near;
 }
 
-void lf_dispatchEvent(u32 event, u32 data) {
-    auto message = messageOf<SIMCONNECT_RECV_EVENT>(SIMCONNECT_RECV_ID_EVENT);
-    message.uEventID = event;
-    message.dwData = data;
-    dispatchRecord(message);
-}
-
 void lf_dispatchOpen(std::string_view name) {
     auto open = messageOf<SIMCONNECT_RECV_OPEN>(SIMCONNECT_RECV_ID_OPEN);
     std::memcpy(open.szApplicationName, name.data(), std::min(name.size(), sizeof(open.szApplicationName)));
@@ -98,20 +91,6 @@ TEST_F(Dispatch, OnGroundCountsOnlyOnceThePositionIsKnownButThePulseAlways) {
     EXPECT_TRUE(gSecondPulse);
 }
 
-TEST_F(Dispatch, ALoadedFlightAndANewFileEndTheRunButTheFirstReasonStays) {
-    lf_dispatchEvent(kEventFlightLoaded, 0);
-    EXPECT_TRUE(logHas("SimConnect: flight loaded event"));
-    EXPECT_EQ(gExitReason, ExitReason::newFlight);
-    EXPECT_EQ(gRestartSeconds, 45);
-
-    resetSessionGlobals();
-    gf_requestStop(ExitReason::newSettings, 3);
-    dispatchRecord(messageOf<SIMCONNECT_RECV_EVENT_FILENAME>(SIMCONNECT_RECV_ID_EVENT_FILENAME));
-    EXPECT_TRUE(logHas("==> SimConnect: New file event"));
-    EXPECT_EQ(gExitReason, ExitReason::newSettings);
-    EXPECT_EQ(gRestartSeconds, 3);
-}
-
 TEST_F(Dispatch, TheSimulatorMustBeTheChosenOne) {
     struct Row {
         const char* name;
@@ -140,17 +119,6 @@ TEST_F(Dispatch, TheSimulatorMustBeTheChosenOne) {
         EXPECT_EQ(gWindow.simulatorText.get().empty(), row.error != nullptr);
     }
     EXPECT_TRUE(logHas("KittyHawk (12.2.282174.999) connected"));
-    gNoWindow = true;
-    try {
-        SIM_CHOICE.current.set("MSFS 2020");
-        lf_dispatchOpen("SunRise");
-        ADD_FAILURE() << "taken";
-    } catch (const UserErrorException& exception) {
-        const std::string error = exception.what();
-        EXPECT_NE(error.find("parameters.xml, or start with --set \"SIM_CHOICE=MSFS 2024\""), std::string::npos)
-            << error;
-    }
-    gNoWindow = false;
 }
 
 TEST_F(Dispatch, ExceptionsAreTold) {
@@ -204,32 +172,6 @@ TEST_F(Dispatch, ARefusedCreationIsReportedOnceByItsPacket) {
     EXPECT_EQ(news[1].id, 17U);
     ASSERT_EQ(gPendingCreates.size(), 2U);
     EXPECT_EQ(gPendingCreates[0].callsign, "KLM3");
-}
-
-TEST_F(Dispatch, ANewObjectIsReleasedFrozenAndReportedByItsKind) {
-    dispatchUser(userAt(50, 8), 5);
-    gPendingCreates = {{41, 4740001, "KLM1"}, {42, 17, "KLM2*"}};
-    dispatchAdded(7);
-    dispatchAdded(8);
-    dispatchStatus(7, "KLM1", 9000);
-    dispatchStatus(8, "KLM2*", 9);
-    EXPECT_EQ(takeCalls(), (std::vector<std::string>{"Release 7", "Release 8"}));
-    std::vector<u32> events;
-    for (const EventCommand& command : gEventQueue) {
-        EXPECT_EQ(command.data, 1U);
-        events.push_back(command.eventId);
-    }
-    EXPECT_EQ(events, (std::vector<u32>{214, 215, 216, 214, 215, 216}));
-    const auto news = takeNews();
-    ASSERT_EQ(news.size(), 2U);
-    EXPECT_EQ(news[0].kind, SimKind::liveCreated);
-    EXPECT_EQ(news[0].object, 7U);
-    EXPECT_EQ(news[0].id, 4740001U);
-    EXPECT_EQ(news[0].b, 9000);
-    EXPECT_EQ(news[1].kind, SimKind::staticCreated);
-    EXPECT_EQ(news[1].id, 17U);
-    EXPECT_EQ(news[1].b, 0);
-    EXPECT_TRUE(gPendingCreates.empty());
 }
 
 TEST_F(Dispatch, AnObjectOfSomebodyElseIsNeverMatchedAfterwards) {
@@ -290,50 +232,6 @@ TEST_F(Dispatch, OnlyAircraftOtherThanTheUsersAreAddedAndRemoved) {
     ASSERT_EQ(news.size(), 1U);
     EXPECT_EQ(news[0].kind, SimKind::objectGone);
     EXPECT_EQ(news[0].object, 8U);
-}
-
-TEST_F(Dispatch, MessagesThatAreCutOffAreDropped) {
-    // Each kind, whole once and then cut at every length: by the count of bytes, and by what the head says.
-    auto simEvent = messageOf<SIMCONNECT_RECV_EVENT>(SIMCONNECT_RECV_ID_EVENT);
-    simEvent.uEventID = kEventSim;
-    simEvent.dwData = 1;
-    auto added = messageOf<SIMCONNECT_RECV_EVENT_OBJECT_ADDREMOVE>(SIMCONNECT_RECV_ID_EVENT_OBJECT_ADDREMOVE);
-    added.uEventID = kEventObjectRemoved;
-    added.dwData = 9;
-    added.eObjType = 2;
-    auto refused = messageOf<SIMCONNECT_RECV_EXCEPTION>(SIMCONNECT_RECV_ID_EXCEPTION);
-    refused.dwException = 22;
-    refused.dwSendID = 41;
-    auto open = messageOf<SIMCONNECT_RECV_OPEN>(SIMCONNECT_RECV_ID_OPEN);
-    open.szApplicationName[0] = 'x';
-    gPendingCreates = {{41, 4740001, "KLM1"}};
-    const std::vector<Bytes> messages = {
-        bytesOf(simEvent),
-        bytesOf(added),
-        bytesOf(refused),
-        bytesOf(open),
-        bytesOf(messageOf<SIMCONNECT_RECV_EVENT_FRAME>(SIMCONNECT_RECV_ID_EVENT_FRAME)),
-        objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA, kReqUserPosition, 9, userAt(50, 8)),
-        objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA, kReqStaticData, 9, StaticData{9, 0}),
-        objectData(SIMCONNECT_RECV_ID_SIMOBJECT_DATA_BYTYPE, kReqInRange, 9, AiStatusData{1, 1, 1, "KLM1"}),
-    };
-    gRemovalQueue = {9};
-    for (const Bytes& whole : messages) {
-        for (std::size_t size = 0; size < whole.size(); ++size) {
-            dispatchBytes(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-            Bytes lying = whole;
-            const u32 told = static_cast<u32>(size);
-            std::memcpy(lying.data(), &told, sizeof(told));
-            dispatchBytes(lying);
-        }
-    }
-    gf_dispatch(nullptr, 12, nullptr);
-    EXPECT_FALSE(gFlightRunning);
-    EXPECT_FALSE(gWindow.simConnected);
-    EXPECT_EQ(gUserObjectId, 0U);
-    EXPECT_EQ(gRemovalQueue.size(), 1U);
-    EXPECT_EQ(gPendingCreates.size(), 1U);
-    EXPECT_TRUE(takeNews().empty());
 }
 
 }  // namespace

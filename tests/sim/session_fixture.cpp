@@ -2,9 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <atomic>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -20,6 +17,7 @@
 #include "sim/dispatch.h"
 #include "sim/session.h"
 #include "sim/session_reset.h"
+#include "tests/support/world.h"
 
 namespace hcr::test {
 
@@ -102,16 +100,6 @@ SimPort lf_recordingPort() {
     return port;
 }
 
-std::filesystem::path lf_freshFolder() {
-    static std::atomic<i32> number{0};
-    const auto base = std::filesystem::temp_directory_path();
-    std::filesystem::path folder;
-    do {
-        folder = base / fmt::format("halcyrane-sim-{}-{}", static_cast<const void*>(&number), ++number);
-    } while (!std::filesystem::create_directory(folder));
-    return folder;
-}
-
 }  // namespace
 
 void resetSessionGlobals() {
@@ -128,9 +116,7 @@ void resetSessionGlobals() {
     gSimTime = 0;
 }
 
-SessionTest::SessionTest() : folder(lf_freshFolder()), before(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder);
-    gf_openLog();
+SessionTest::SessionTest() {
     resetSessionGlobals();
     gRecorded = {};
     gSimPort = lf_recordingPort();
@@ -140,18 +126,11 @@ SessionTest::SessionTest() : folder(lf_freshFolder()), before(std::filesystem::c
 SessionTest::~SessionTest() {
     resetSessionGlobals();
     gSimPort = {};
-    gf_closeLog();
-    std::filesystem::current_path(before);
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
 }
 
 std::string SessionTest::log() {
     gf_logFlush();
-    std::ifstream file("Log.txt", std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return readFile("Log.txt");
 }
 
 bool SessionTest::logHas(const std::string& piece) {
@@ -159,10 +138,7 @@ bool SessionTest::logHas(const std::string& piece) {
 }
 
 std::size_t SessionTest::logCount(const std::string& piece) {
-    const std::string text = log();
-    std::size_t count = 0;
-    for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) ++count;
-    return count;
+    return countOf(log(), piece);
 }
 
 std::vector<std::string> SessionTest::takeCalls() {

@@ -12,6 +12,7 @@
 #include "sim/definitions.h"
 #include "sim/port/sim_port.h"
 #include "sim/sim_message.h"
+#include "tests/support/temp_folder.h"
 
 namespace hcr::test {
 
@@ -27,7 +28,7 @@ extern RecordedPort gRecorded;
 
 /// A program in an own working folder, with a log, before whose simulator a recording port stands. All that a session
 /// touches is back at its start.
-struct SessionTest : testing::Test {
+struct SessionTest : testing::Test, LogFolder {
     SessionTest();
     ~SessionTest() override;
 
@@ -38,8 +39,6 @@ struct SessionTest : testing::Test {
     static std::vector<std::string> takeCalls();
     /// The news for the worker since the last time.
     static std::vector<SimMessage> takeNews();
-
-    std::filesystem::path folder, before;
 };
 
 /// Everything that sessions, tests and runs leave in globals, back to the start.

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <random>
 
 #include "liveries/dbase.h"
 #include "liveries/dbase_reader.h"
@@ -50,13 +49,8 @@ const char* const kNeededSections = R"(
 <ICAO_airlines><ICAO codes="KLM,DLH,PVT,ZZZ"/></ICAO_airlines><cargo_operators><ICAO codes="GEC"/></cargo_operators>
 <simaddons20><simaddon20 arpts="EHAM"/></simaddons20>)";
 
-DataFolder::DataFolder() : before(std::filesystem::current_path()) {
-    std::random_device device;
-    path = std::filesystem::temp_directory_path() / fmt::format("halcyrane-data-{:08x}{:08x}", device(), device());
-    for (const char* folder : {"input", "output/info", "output/errors"}) {
-        std::filesystem::create_directories(path / folder);
-    }
-    std::filesystem::current_path(path);
+DataFolder::DataFolder() {
+    for (const char* folder : {"input", "output/info", "output/errors"}) std::filesystem::create_directories(folder);
     gf_useUserFolders(path / "config", path / "data");
     gf_rebuildFileNames();
     gf_makeConfigurationFolder();
@@ -72,9 +66,6 @@ DataFolder::~DataFolder() {
     gf_resetParameters();
     gf_useUserFolders({}, {});
     gf_rebuildFileNames();
-    std::error_code ignored;
-    std::filesystem::current_path(before, ignored);
-    std::filesystem::remove_all(path, ignored);
 }
 
 std::string DataFolder::log() const {

@@ -4,17 +4,16 @@
 #include <string>
 #include <string_view>
 
+#include "tests/support/temp_folder.h"
 namespace hcr::test {
 
 /// A fresh working folder with an open log and its own settings; all parameters at their defaults but RANDOM, which is
 /// off. The tables of liveries, reference data and airports are emptied at both ends.
-struct DataFolder {
+struct DataFolder : TempFolder {
     DataFolder();
     ~DataFolder();
     DataFolder(const DataFolder&) = delete;
     DataFolder& operator=(const DataFolder&) = delete;
-
-    std::filesystem::path path, before;
 
     std::string log() const;
     /// Whether this was logged; paths may have either separator.

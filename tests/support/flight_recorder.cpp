@@ -25,6 +25,14 @@ void lf_compareWithLast(FlownAircraft& ac, const SandboxObject& now, f64 seconds
     ac.worstClimbFtPerS = std::max(ac.worstClimbFtPerS, std::abs(now.alt - ac.alt) / passed);
 }
 
+FlightRecorder* gRecorder = nullptr;
+
+SimResult lf_onCreate(SimHandle handle, const char* title, const char* tail, SIMCONNECT_DATA_INITPOSITION position,
+                      u32 request) {
+    gRecorder->creates.push_back({gf_sandboxSeconds(), title, tail, position});
+    return gRecorder->behind.SimConnect_AICreateNonATCAircraft(handle, title, tail, position, request);
+}
+
 void lf_onWrite(const SandboxObject& object, f64 seconds, void* context) {
     FlownAircraft& ac = static_cast<FlightRecorder*>(context)->aircraft[object.tail];
     if (ac.lastObject != object.id) {
@@ -39,19 +47,23 @@ void lf_onWrite(const SandboxObject& object, f64 seconds, void* context) {
     ac.lon = object.lon;
     ac.alt = object.alt;
     ac.heading = object.heading;
-    if (!ac.pathTimes.empty() && seconds < ac.pathTimes.back() + 1) return;
+    if (!ac.pathTimes.empty() && seconds < ac.pathTimes.back() + gRecorder->step) return;
     ac.pathTimes.push_back(seconds);
     ac.path.push_back(object);
 }
 
 }  // namespace
 
-FlightRecorder::FlightRecorder() {
+FlightRecorder::FlightRecorder() : behind(gSimPort) {
+    gRecorder = this;
+    gSimPort.SimConnect_AICreateNonATCAircraft = lf_onCreate;
     gf_setSandboxPositionHook(lf_onWrite, this);
 }
 
 FlightRecorder::~FlightRecorder() {
     gf_setSandboxPositionHook(nullptr, nullptr);
+    gSimPort.SimConnect_AICreateNonATCAircraft = behind.SimConnect_AICreateNonATCAircraft;
+    gRecorder = nullptr;
 }
 
 f64 metresBetween(f64 latA, f64 lonA, f64 latB, f64 lonB) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "sim/port/sandbox/object.h"
+#include "sim/port/sim_port.h"
 
 namespace hcr::test {
 
@@ -19,11 +20,19 @@ struct FlownAircraft {
     f64 worstJumpAt = 0;
     f64 worstTurnDegPerS = 0;  ///< largest change of heading between two writes
     f64 worstClimbFtPerS = 0;
-    std::vector<SandboxObject> path;  ///< one state a second
+    std::vector<SandboxObject> path;  ///< one state in each `step` of the recorder
     std::vector<f64> pathTimes;
 };
 
-/// Watches every position write of the sandbox, under its lock.
+/// A create call as the simulator got it.
+struct CreateCall {
+    f64 at = 0;  ///< seconds of the sandbox
+    std::string title, tail;
+    SIMCONNECT_DATA_INITPOSITION position{};
+};
+
+/// Watches every create call and every position write of the sandbox, under its lock. One at a time, in the life of one
+/// sandbox.
 struct FlightRecorder {
     FlightRecorder();
     ~FlightRecorder();
@@ -31,6 +40,9 @@ struct FlightRecorder {
     FlightRecorder& operator=(const FlightRecorder&) = delete;
 
     std::map<std::string, FlownAircraft> aircraft;
+    std::vector<CreateCall> creates;
+    f64 step = 1;  ///< seconds between two states of a path
+    SimPort behind;
 };
 
 /// Metres between two positions.

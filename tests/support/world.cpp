@@ -77,8 +77,8 @@ std::string FeedLine::text() const {
     return fmt::format(
         "RTTFC,{},{:.5f},{:.5f},{:.0f},{:.0f},1,{:.2f},{:.2f},{},{},{},{},{},{:.1f},X2,{},adsb_icao,-1,-1,{:.0f},-1."
         "000,"
-        "-1.0,-1.0,-1.00,{:.2f},-1,,A3,-1.0,-1,-1,-1.00,,3.6,-3.3,-1,-1,-1,-1,1,80857",
-        hexid, lat, lon, alt, vs, track, speed, callsign, model, registration, from, to, timestamp, callsign, tas,
+        "-1.0,{:.1f},-1.00,{:.2f},-1,,A3,-1.0,-1,-1,-1.00,,3.6,-3.3,-1,-1,-1,-1,1,80857",
+        hexid, lat, lon, alt, vs, track, speed, callsign, model, registration, from, to, timestamp, callsign, tas, roll,
         track == 0 ? 360.0 : track);
 }
 

@@ -48,6 +48,7 @@ struct FeedLine {
     std::string callsign = "KLM123", model = "B738", registration = "PH-BXA", from = "AMS", to = "LHR";
     f64 timestamp = 1700000000;
     f64 tas = 250;
+    f64 roll = -1;  ///< degrees, to the right; -1 for none
     std::string text() const;
 };
 

@@ -2,20 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <unordered_map>
 
 #include "core/model/geo.h"
 #include "core/model/tables.h"
 #include "core/model/validate.h"
-#include "shell/text.h"
 #include "sim/port/sandbox/sandbox.h"
 #include "tests/support/flight_recorder.h"
 #include "tests/support/world.h"
 
 // An hour of generated traffic around the user through the whole program in simulated time: datagram texts in, calls of
-// the simulator out. What must be seen follows from the lines alone.
+// the simulator out. What must be seen follows from the reports alone.
 
 namespace hcr::test {
 namespace {
@@ -29,7 +27,7 @@ constexpr f64 kGap = 25;               // reports further apart may make an airc
 struct Report {
     f64 at = 0;  ///< seconds since the world's first cycle
     f64 lat = 0, lon = 0, alt = 0, speed = 0;
-    bool seen = false;  ///< in range and in the air
+    bool seen = false;  ///< clearly in the air
 };
 
 struct Expected {
@@ -46,37 +44,9 @@ struct Expected {
     }
 };
 
-f64 lf_number(std::string_view text) {
-    f64 value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
-
 /// Nobody near the ground, where it takes more than the line to say whether an aircraft is in the air.
 bool lf_clearlyFlies(const Report& report) {
     return report.alt > 500 && report.speed > 60;
-}
-
-std::unordered_map<u32, Expected> lf_expect(const World& world, const FeedPlan& plan) {
-    std::unordered_map<u32, Expected> result;
-    for (const GeneratedAircraft& ac : plan.aircraft) {
-        if (ac.kind == FeedKind::overflight || ac.kind == FeedKind::arrival || ac.kind == FeedKind::departure) {
-            result[ac.hexid] = {ac.callsign, ac.kind, {}, {}};
-        }
-    }
-    const UserPoint& user = world.options.scenario.user.front();
-    for (const TimedLine& line : plan.lines) {
-        const std::vector<std::string_view> fields = gf_splitCommas(line.line);
-        if (fields.size() < 29) continue;
-        const auto found = result.find(static_cast<u32>(lf_number(fields[1])));
-        if (found == result.end()) continue;
-        Report report{line.time + world.feedShift - world.startUtc, lf_number(fields[2]), lf_number(fields[3]),
-                      lf_number(fields[4]), lf_number(fields[8])};
-        report.seen = distanceNm(user.lat, user.lon, report.lat, report.lon) <= kRangeNm && lf_clearlyFlies(report);
-        if (report.seen) found->second.seenAt.push_back(report.at);
-        found->second.reports.push_back(report);
-    }
-    return result;
 }
 
 f64 lf_metresOff(const SandboxObject& state, const std::vector<Report>& reports) {
@@ -110,20 +80,30 @@ struct Hour {
     std::unordered_map<u32, Expected> expected;
 
     Hour() {
-        world.feed(plan.lines);
-        expected = lf_expect(world, plan);
-        for (const auto& [hexid, ac] : expected) {
-            for (const Report& report : ac.reports) {
-                f64& speed = recorder.aircraft[ac.callsign].speedKt;
-                speed = std::max(speed, report.speed);
+        for (const GeneratedAircraft& ac : plan.aircraft) {
+            if (ac.kind == FeedKind::overflight || ac.kind == FeedKind::arrival || ac.kind == FeedKind::departure) {
+                expected[ac.hexid] = {ac.callsign, ac.kind, {}, {}};
             }
         }
+        world.onReport = [this](const TrafficReport& report) { expect(report); };
+        world.feed(plan.lines);
         const f64 end = kHour + kDelay + kLongestExtension + 10;
         for (f64 passed = 0; passed < end; passed += 0.1) {
             for (int cycle = 0; cycle < 10; ++cycle) world.cycle();
             EXPECT_EQ(validateLiveTable(), "");
             spawns.look(world.seconds());
         }
+    }
+    void expect(const TrafficReport& told) {
+        const auto found = expected.find(told.hexid);
+        if (found == expected.end()) return;
+        const PosSample& sample = told.sample;
+        Report report{world.seconds(), sample.lat, sample.lon, sample.alt, sample.speed};
+        report.seen = lf_clearlyFlies(report);
+        if (report.seen) found->second.seenAt.push_back(report.at);
+        found->second.reports.push_back(report);
+        f64& speed = recorder.aircraft[found->second.callsign].speedKt;
+        speed = std::max(speed, report.speed);
     }
     /// The sandbox counts from its opening, the world from its first cycle.
     f64 sandboxShift() const { return gf_sandboxSeconds() - world.seconds(); }

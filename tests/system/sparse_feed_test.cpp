@@ -6,6 +6,7 @@
 #include "core/model/tables.h"
 #include "shell/parameters.h"
 #include "sim/port/sandbox/sandbox.h"
+#include "tests/support/flight_script.h"
 #include "tests/support/world.h"
 #include "tools/replay/flight_log.h"
 #include "tools/replay/measures.h"
@@ -23,22 +24,14 @@ struct Straight {
 };
 
 void lf_add(std::vector<TimedLine>& lines, const Straight& given) {
-    FeedLine line = given.line;
-    for (f64 at = given.from; at <= given.until; at += given.every) {
-        const f64 feet = line.speed * (at - given.from) / 3600 * kFeetPerNm;
-        const LatLon place = destinationPoint(given.line.lat, given.line.lon, line.track * kDegToRad, feet);
-        line.lat = place.lat;
-        line.lon = place.lon;
-        line.alt = std::max(given.line.alt + line.vs * (at - given.from) / 60, 0.0);
-        line.timestamp = given.line.timestamp + at;
-        lines.push_back({at, line.text()});
-    }
+    const f64 seconds = given.until - given.from;
+    const f64 alt = std::max(given.line.alt + given.line.vs * seconds / 60, 0.0);
+    const auto flown = flyLegs(given.line, {{seconds, given.line.speed, alt}}, given.every, given.from);
+    lines.insert(lines.end(), flown.begin(), flown.end());
 }
 
 void lf_play(World& world, std::vector<TimedLine> lines, f64 seconds) {
-    std::stable_sort(lines.begin(), lines.end(),
-                     [](const TimedLine& a, const TimedLine& b) { return a.time < b.time; });
-    world.feed(lines);
+    world.feed(inOrder({std::move(lines)}));
     EXPECT_TRUE(world.run(seconds));
 }
 
@@ -52,13 +45,6 @@ std::size_t lf_objectsNamed(const std::string& tail) {
     const std::vector<SandboxObject> objects = gf_sandboxObjects();
     return static_cast<std::size_t>(
         std::count_if(objects.begin(), objects.end(), [&tail](const SandboxObject& o) { return o.tail == tail; }));
-}
-
-/// A user who flies north of Amsterdam, level at 10,000 ft, to the east.
-Scenario lf_flyingUser() {
-    Scenario scenario = gf_defaultScenario();
-    scenario.user = {{0, 53.0, 4.0, 10000, 90, 240, false}, {600, 53.0, 5.1, 10000, 90, 240, false}};
-    return scenario;
 }
 
 Measures lf_measureAll(const FlightLog& log, i32& due, i32& shown) {
@@ -225,29 +211,6 @@ TEST(Appearing, AnAircraftWithoutANameFliesUnderItsRegistration) {
     lf_add(lines, nameless);
     lf_play(world, lines, 40);
     EXPECT_EQ(lf_objectsNamed("9Q-CXY"), 1U);
-}
-
-TEST(Appearing, NobodyAppearsOnALineThroughTheFlyingUser) {
-    World world{{.scenario = lf_flyingUser()}};
-    COLLISION_USER_AIR.current = true;
-    std::vector<TimedLine> lines;
-    const auto add = [&lines](u32 hexid, const char* callsign, f64 lat, f64 lon, f64 track, f64 alt) {
-        Straight flight{.until = 60};
-        flight.line.hexid = hexid;
-        flight.line.callsign = callsign;
-        flight.line.lat = lat;
-        flight.line.lon = lon;
-        flight.line.track = track;
-        flight.line.alt = alt;
-        lf_add(lines, flight);
-    };
-    add(4740001, "KLM1", 53.0, 4.20, 270, 10000);   // head-on, five miles ahead when it would appear
-    add(4740002, "KLM2", 52.97, 4.20, 180, 10000);  // crosses behind its line
-    add(4740003, "KLM3", 53.0, 4.20, 270, 14000);   // head-on, far above
-    lf_play(world, lines, 31);
-    EXPECT_EQ(lf_objectsNamed("KLM1"), 0U);
-    EXPECT_EQ(lf_objectsNamed("KLM2"), 1U);
-    EXPECT_EQ(lf_objectsNamed("KLM3"), 1U);
 }
 
 TEST(Appearing, ABurstComesWithoutLeapsAndNobodyIsLateForLong) {

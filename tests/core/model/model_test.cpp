@@ -48,16 +48,6 @@ TEST_F(Model, LabelsKeepTheirColumns) {
     EXPECT_EQ(flightLabel(ac).size(), flightLabel(LiveAc{}).size());
 }
 
-TEST_F(Model, AStandIsNamedByItsNumber) {
-    ParkPos stand;
-    stand.number = 12;
-    stand.id = "D 41";
-    gStands.push_back(stand);
-    EXPECT_EQ(standName(12), "D 41");
-    EXPECT_EQ(standName(0), "sid==0?");
-    EXPECT_EQ(standName(13), "sid==?");
-}
-
 TEST_F(Model, TheFirstBrokenInvariantIsNamed) {
     gLiveAcs.push_back(flyingAircraft(4740000));
     gLiveAcs.push_back(flyingAircraft(4750000));
@@ -83,15 +73,6 @@ TEST_F(Model, TheFirstBrokenInvariantIsNamed) {
         fault.make(gLiveAcs[1]);
         EXPECT_NE(validateLiveTable().find(fault.text), std::string::npos) << fault.text;
     }
-}
-
-TEST_F(Model, LookupsFindTheRecordOrNothing) {
-    gLiveAcs.push_back(flyingAircraft(4740000));
-    EXPECT_EQ(findLiveByHexid(4740000), &gLiveAcs[0]);
-    EXPECT_EQ(findLiveByObject(4740001), &gLiveAcs[0]);
-    EXPECT_EQ(findLiveByCallsign("KLM4740000"), &gLiveAcs[0]);
-    EXPECT_EQ(findLiveByHexid(1), nullptr);
-    EXPECT_EQ(findParkedByObject(4740001), nullptr);
 }
 
 }  // namespace

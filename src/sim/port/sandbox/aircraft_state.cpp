@@ -48,8 +48,8 @@ void lf_setLight(u32& lights, u32 bit, bool on) {
     lights = on ? lights | bit : lights & ~bit;
 }
 
-u32 lf_fullScale(f64 percent) {
-    return static_cast<u32>(std::lround(std::clamp(percent, 0.0, 100.0) * kSandboxFullScale / 100.0));
+i32 lf_fullScale(f64 percent) {
+    return static_cast<i32>(std::lround(std::clamp(percent, -100.0, 100.0) * kSandboxFullScale / 100.0));
 }
 
 }  // namespace
@@ -174,7 +174,7 @@ void gf_sandboxSnapshot(const Scenario& scenario, SandboxAircraft& ac, SandboxOb
     out.gear = ac.gearDown;
     out.flaps = ac.flaps;
     out.throttle = lf_fullScale(ac.throttle[0]);
-    out.spoilers = lf_fullScale(ac.spoilers);
+    out.spoilers = static_cast<u32>(lf_fullScale(ac.spoilers));
     out.engines = ac.engines;
     out.nav = (ac.lights & kLightNav) != 0;
     out.beacon = (ac.lights & kLightBeacon) != 0;

@@ -29,13 +29,14 @@ struct SandboxAircraft {
     bool groundKnown = false;
     bool standing = false;  ///< the user's aircraft: on the ground by its path
     bool foreign = false;   ///< not created by the client
+    f64 shownAt = 0;        ///< seconds; before it nobody is told of it
     bool released = false;  ///< the simulator's AI doesn't control it
     bool frozenPosition = false, frozenAltitude = false, frozenAttitude = false;
     f64 looseSince = 0;  ///< seconds; when something began to move it
     bool gearDown = false, engines = false;
     u32 flaps = 0;                                ///< 0..16383
     f64 spoilers = 0;                             ///< percent
-    std::array<f64, kSandboxEngines> throttle{};  ///< percent
+    std::array<f64, kSandboxEngines> throttle{};  ///< percent, below 0 is reverse
     u32 lights = 0;                               ///< SandboxLight bits
     i64 positionWrites = 0;
     i64 tracedWrites = 0;  ///< position writes that the trace has told of

@@ -44,7 +44,7 @@ void lf_collect(SandboxWorld& world, const SandboxAircraft& user, u32 type, f64 
     world.inRange.clear();
     for (std::size_t i = 0; i < world.aircraft.size(); ++i) {
         const SandboxAircraft& ac = world.aircraft[i];
-        if (!lf_ofType(ac, type)) continue;
+        if (!lf_ofType(ac, type) || world.now < ac.shownAt) continue;
         if (std::abs(ac.lat - user.lat) * 60 > radiusNm + kRejectMarginNm) continue;
         if (distanceNm(user.lat, user.lon, ac.lat, ac.lon) > radiusNm) continue;
         world.inRange.push_back(static_cast<u32>(i));

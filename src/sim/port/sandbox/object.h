@@ -19,7 +19,8 @@ struct SandboxObject {
     bool onGround = false;
     bool released = false;
     bool frozenPosition = false, frozenAltitude = false, frozenAttitude = false;
-    u32 gear = 0, flaps = 0, throttle = 0, spoilers = 0, engines = 0;
+    i32 throttle = 0;  ///< -16383 (reverse) to 16383
+    u32 gear = 0, flaps = 0, spoilers = 0, engines = 0;
     u32 nav = 0, beacon = 0, landing = 0, taxi = 0, strobes = 0, logo = 0, cabin = 0;  ///< lights
     i64 positionWrites = 0;  ///< how often definition 402 was written
 };

@@ -192,7 +192,7 @@ void lf_store(SandboxAircraft& ac, const SandboxDatum& datum, f64 value) {
             ac.spoilers = std::clamp(value, 0.0, 100.0);
             break;
         case SandboxVar::throttle:
-            ac.throttle[datum.engine - 1] = std::clamp(value, 0.0, 100.0);
+            ac.throttle[datum.engine - 1] = std::clamp(value, -100.0, 100.0);
             break;
         default:
             break;

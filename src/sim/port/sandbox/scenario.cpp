@@ -270,6 +270,7 @@ Scenario lf_readScenario(const json& root) {
     lf_list(fields, "titles", s.titles, lf_readTitle);
     lf_list(fields, "installed", s.installed, lf_readText);
     lf_list(fields, "refused", s.refused, lf_readText);
+    lf_number(fields, "announceAfter", s.announceAfter, 0, kMaxSeconds);
     lf_whole(fields, "maxObjects", s.maxObjects, 0, kMaxObjectsBound);
     lf_list(fields, "faults", s.faults, lf_readFault);
     lf_close(fields);

@@ -75,6 +75,7 @@ struct Scenario {
     std::vector<std::string> installed;  ///< without facts of their own
     std::vector<std::string> refused;    ///< refused by exception 22, installed or not
     i32 maxObjects = 1000;
+    f64 announceAfter = 0;  ///< seconds from a create call until its object shows itself; models take that long to load
     std::vector<ScenarioFault> faults;
 };
 

@@ -91,7 +91,8 @@ void lf_beginFlight(SandboxWorld& world) {
 bool lf_playNext(SandboxWorld& world, f64 target) {
     const auto& faults = world.scenario.faults;
     const f64 fault = world.nextFault < faults.size() ? faults[world.nextFault].at : kNever;
-    const f64 turn = std::min({fault, world.flightAt, world.resumeAt, world.slowUntil});
+    const f64 shown = gf_sandboxNextShown(world);
+    const f64 turn = std::min({fault, shown, world.flightAt, world.resumeAt, world.slowUntil});
     lf_dropMissed(world.nextFrame, 1 / world.frameRate, std::min(turn, target));
     lf_dropMissed(world.nextSecond, 1, std::min(turn, target));
     const f64 due = std::min({turn, world.nextFrame, world.nextSecond});
@@ -99,6 +100,8 @@ bool lf_playNext(SandboxWorld& world, f64 target) {
     world.now = std::max(world.now, due);
     if (due == fault) {
         gf_sandboxPlay(world, faults[world.nextFault++]);
+    } else if (due == shown) {
+        gf_sandboxShowNext(world);
     } else if (due == world.flightAt) {
         lf_beginFlight(world);
     } else if (due == world.resumeAt) {

@@ -99,8 +99,24 @@ SandboxAircraft& gf_sandboxAddAircraft(SandboxWorld& world, SandboxAircraft ac) 
     ac.looseSince = world.now;
     world.ids.push_back(ac.id);
     world.aircraft.push_back(std::move(ac));
-    lf_sendObjectEvent(world, SandboxSystemEvent::objectAdded, world.aircraft.back());
-    return world.aircraft.back();
+    SandboxAircraft& added = world.aircraft.back();
+    if (!added.foreign && world.scenario.announceAfter > 0) {
+        added.shownAt = world.now + world.scenario.announceAfter;
+        world.hidden.push_back(added.id);
+    } else {
+        lf_sendObjectEvent(world, SandboxSystemEvent::objectAdded, added);
+    }
+    return added;
+}
+
+f64 gf_sandboxNextShown(SandboxWorld& world) {
+    return world.hidden.empty() ? kNever : gf_sandboxFind(world, world.hidden.front())->shownAt;
+}
+
+void gf_sandboxShowNext(SandboxWorld& world) {
+    const SandboxAircraft& ac = *gf_sandboxFind(world, world.hidden.front());
+    world.hidden.pop_front();
+    lf_sendObjectEvent(world, SandboxSystemEvent::objectAdded, ac);
 }
 
 void gf_sandboxRemoveAircraft(SandboxWorld& world, u32 id) {
@@ -108,6 +124,7 @@ void gf_sandboxRemoveAircraft(SandboxWorld& world, u32 id) {
     if (found == world.ids.end() || *found != id) return;
     const auto at = world.aircraft.begin() + (found - world.ids.begin());
     lf_sendObjectEvent(world, SandboxSystemEvent::objectRemoved, *at);
+    std::erase(world.hidden, id);
     ++world.counters.removals;
     world.aircraft.erase(at);
     world.ids.erase(found);
@@ -117,6 +134,7 @@ void gf_sandboxForgetAircraft(SandboxWorld& world) {
     std::erase_if(world.aircraft, [&world](const SandboxAircraft& ac) { return world.gone || !ac.foreign; });
     world.ids.clear();
     for (const SandboxAircraft& ac : world.aircraft) world.ids.push_back(ac.id);
+    world.hidden.clear();  // nobody else's aircraft is hidden
 }
 
 TitleFacts gf_sandboxFacts(const SandboxWorld& world, const std::string& title) {

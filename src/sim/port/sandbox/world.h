@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <limits>
 #include <mutex>
 #include <unordered_map>
@@ -92,6 +93,7 @@ struct SandboxWorld {
     bool userPlaced = false;                ///< it left its path
     std::vector<SandboxAircraft> aircraft;  ///< AI objects by rising id
     std::vector<u32> ids;                   ///< of `aircraft`, side by side for the search
+    std::deque<u32> hidden;                 ///< objects whose announcement is still to come, in its order
     std::size_t lastFound = 0;
     u32 nextId = 7;  ///< the simulator has objects of its own below: ids below 3 are never an aircraft's
 
@@ -126,6 +128,10 @@ SandboxAircraft& gf_sandboxUser(SandboxWorld& world);
 SandboxAircraft* gf_sandboxFind(SandboxWorld& world, u32 id);
 /// A new AI object; its announcement is queued.
 SandboxAircraft& gf_sandboxAddAircraft(SandboxWorld& world, SandboxAircraft ac);
+/// Seconds at which the next object that was made shows itself, kNever when none waits.
+f64 gf_sandboxNextShown(SandboxWorld& world);
+/// Announces that object; one must wait.
+void gf_sandboxShowNext(SandboxWorld& world);
 /// Takes an AI object away; that is announced.
 void gf_sandboxRemoveAircraft(SandboxWorld& world, u32 id);
 /// What the simulator knows of a title.

@@ -18,40 +18,6 @@ ScenarioFault lf_fault(FaultKind kind, f64 at, f64 seconds = 0) {
     return fault;
 }
 
-TEST_F(SandboxCalls, OpensOnlyOnceTheSimulatorIsUpAndTellsItsNameFirst) {
-    Scenario s = gf_defaultScenario();
-    s.openAfter = 5;
-    s.applicationName = "SunRise";
-    start(s);
-    EXPECT_LT(gSimPort.SimConnect_Open(&handle, "test", nullptr, 0, nullptr, 0), 0);
-    EXPECT_EQ(handle, nullptr);
-    gf_turnClock(5000000);
-    open();
-    subscribeAll();
-    ASSERT_EQ(dispatch(), 0);
-    ASSERT_FALSE(seen.empty());
-    ASSERT_EQ(seen[0].id(), SIMCONNECT_RECV_ID_OPEN);
-    EXPECT_STREQ(seen[0].as<SIMCONNECT_RECV_OPEN>().szApplicationName, "SunRise");
-    EXPECT_EQ(seen[0].bytes.size(), sizeof(SIMCONNECT_RECV_OPEN));
-}
-
-TEST_F(SandboxCalls, TheFlightRunsAfterItsDelayAndFramesComeOnlyThen) {
-    Scenario s = gf_defaultScenario();
-    s.flightAfter = 2;
-    s.frameRate = 20;
-    start(s);
-    open();
-    subscribeAll();
-    const auto before = run(1.9);
-    ASSERT_EQ(eventsOf(before, kSim).size(), 1u);
-    EXPECT_EQ(eventsOf(before, kSim)[0].dwData, 0u);  // the state at the subscription
-    EXPECT_TRUE(eventsOf(before, kFrame).empty());
-    const auto after = run(5.1);
-    ASSERT_EQ(eventsOf(after, kSim).size(), 1u);
-    EXPECT_EQ(eventsOf(after, kSim)[0].dwData, 1u);
-    EXPECT_NEAR(static_cast<f64>(eventsOf(after, kFrame).size()), 100, 1);
-}
-
 TEST_F(SandboxCalls, EveryExceptionNamesThePacketAndTheParameter) {
     start(gf_defaultScenario());
     open();
@@ -117,29 +83,6 @@ TEST_F(SandboxCalls, EveryExceptionNamesThePacketAndTheParameter) {
     }
 }
 
-TEST_F(SandboxCalls, PauseStopsFramesAndSecondsAndTheUserAndResumesByItself) {
-    Scenario s = gf_defaultScenario();
-    s.elevation = 0;
-    s.user = {{0, 50, 0, 5000, 90, 100, false}, {100, 50, 1, 5000, 90, 100, false}};
-    s.faults = {lf_fault(FaultKind::pause, 10, 20)};
-    start(s);
-    open();
-    subscribeAll();
-    define(1, "Plane Longitude", "degrees", 4);
-    ask(7, 1, 0, SIMCONNECT_PERIOD_SECOND);
-    run(10.1);
-    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.10, 1e-6);
-    const auto paused = run(19);
-    EXPECT_EQ(countOf(paused, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 0u);
-    EXPECT_TRUE(eventsOf(paused, kFrame).empty());
-    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.10, 1e-6);
-    const auto resumed = run(10.9);
-    ASSERT_EQ(eventsOf(resumed, kSim).size(), 1u);
-    EXPECT_EQ(eventsOf(resumed, kSim)[0].dwData, 1u);
-    EXPECT_EQ(countOf(resumed, SIMCONNECT_RECV_ID_SIMOBJECT_DATA), 10u);
-    EXPECT_NEAR(read(0, "Plane Longitude", "degrees"), 0.20, 1e-6);
-}
-
 TEST_F(SandboxCalls, AfterQuitTheSessionIsDeadAndTheSimulatorComesBackLater) {
     Scenario s = gf_defaultScenario();
     s.faults = {lf_fault(FaultKind::quit, 5, 30)};
@@ -194,29 +137,6 @@ TEST_F(SandboxCalls, FaultsReachTheClient) {
     remove.text = "AS-GEN";
     gf_playSandboxFault(remove);
     EXPECT_EQ(eventsOf(answers(), kRemoved).size(), 1u);
-}
-
-TEST_F(SandboxCalls, ADispatchFunctionMayThrowOrCloseTheSession) {
-    start(gf_defaultScenario());
-    open();
-    subscribeAll();
-    const auto thrower = [](SIMCONNECT_RECV*, u32, void*) { throw std::runtime_error("wrong simulator"); };
-    EXPECT_THROW(gSimPort.SimConnect_CallDispatch(handle, thrower, nullptr), std::runtime_error);
-    run(2);
-    define(1, "Plane Longitude", "degrees", 4);
-    for (int i = 0; i < 3; ++i) ask(1, 1, 0);
-    int calls = 0;
-    struct Context {
-        SimHandle handle;
-        int* calls;
-    } context{handle, &calls};
-    const auto closer = [](SIMCONNECT_RECV*, u32, void* c) {
-        auto* ctx = static_cast<Context*>(c);
-        ++*ctx->calls;
-        gSimPort.SimConnect_Close(ctx->handle);
-    };
-    EXPECT_EQ(gSimPort.SimConnect_CallDispatch(handle, closer, &context), 0);
-    EXPECT_EQ(calls, 1) << "a closed session delivers nothing more";
 }
 
 }  // namespace

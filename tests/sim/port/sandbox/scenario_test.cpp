@@ -36,7 +36,7 @@ TEST(Scenario, EveryFieldIsRead) {
                   "groundSpeed": 9, "onGround": false}],
         "allTitlesInstalled": false, "titles": [{"title": "H", "staticCgFt": 4, "staticPitchDeg": -1,
                                                  "helicopter": true}],
-        "installed": ["A", "B"], "refused": ["C"], "maxObjects": 12,
+        "installed": ["A", "B"], "refused": ["C"], "maxObjects": 12, "announceAfter": 2.5,
         "faults": [{"at": 1, "kind": "quit", "seconds": 3}, {"at": 2, "kind": "teleport", "lat": 1, "lon": 2},
                    {"at": 3, "kind": "failCall", "call": "SimConnect_Open", "count": 4},
                    {"at": 4, "kind": "slowFrames", "rate": 10, "seconds": 5},
@@ -58,6 +58,7 @@ TEST(Scenario, EveryFieldIsRead) {
     EXPECT_TRUE(s.titles.at(0).helicopter);
     EXPECT_EQ(s.installed.size() + s.refused.size(), 3u);
     EXPECT_EQ(s.maxObjects, 12);
+    EXPECT_EQ(s.announceAfter, 2.5);
     ASSERT_EQ(s.faults.size(), 13u);
     EXPECT_EQ(s.faults[2].count, 4);
     EXPECT_EQ(s.faults[2].call, "SimConnect_Open");

@@ -77,28 +77,6 @@ TEST_F(SandboxUser, TheClockTellsZuluTimeDayAndYear) {
     EXPECT_EQ(read(0, "LIGHT STATES", "Mask"), 3);
 }
 
-TEST_F(SandboxUser, PeriodicAnswersKeepOriginIntervalAndLimit) {
-    start(gf_defaultScenario());
-    open();
-    define(1, "ZULU TIME", "Seconds", 4);
-    const auto ask = [this](u32 period, u32 origin, u32 interval, u32 limit) {
-        gSimPort.SimConnect_RequestDataOnSimObject(handle, 7, 1, 0, period, 0, origin, interval, limit);
-    };
-    const auto answered = [this](f64 seconds) { return countOf(run(seconds), SIMCONNECT_RECV_ID_SIMOBJECT_DATA); };
-    run(2);
-    ask(SIMCONNECT_PERIOD_SECOND, 0, 0, 0);
-    EXPECT_EQ(answered(5.5), 5u);
-    ask(SIMCONNECT_PERIOD_SECOND, 2, 1, 3);  // the same request anew: seconds 3, 5 and 7
-    EXPECT_EQ(answered(2), 0u);
-    EXPECT_EQ(answered(1), 1u);
-    EXPECT_EQ(answered(10), 2u);
-    ask(SIMCONNECT_PERIOD_SIM_FRAME, 0, 0, 0);
-    EXPECT_NEAR(static_cast<f64>(answered(2)), 60, 1);
-    ask(SIMCONNECT_PERIOD_NEVER, 0, 0, 0);
-    run(0.05);
-    EXPECT_EQ(answered(2), 0u);
-}
-
 struct SandboxFiles : SandboxClient {
     test::TempFolder temp;
     const std::filesystem::path& folder = temp.path;
@@ -108,33 +86,6 @@ struct SandboxFiles : SandboxClient {
         return folder / name;
     }
 };
-
-TEST_F(SandboxFiles, AFlightPlanMustBeThereAndBeOne) {
-    start(gf_defaultScenario());
-    open();
-    run(2);
-    const u32 id = create("A320", "KLM1");
-    answers();
-    const std::string good =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SimBase.Document Type=\"AceXML\" version=\"4,3\">\n"
-        "<FlightPlan.FlightPlan>\n<FPType>IFR</FPType>\n<DepartureID>EHAM</DepartureID>\n"
-        "<DestinationID>EGLL</DestinationID>\n</FlightPlan.FlightPlan>\n</SimBase.Document>\n\n";
-    const struct {
-        std::filesystem::path path;
-        u32 exception;
-    } rows[] = {
-        {folder / "missing.pln", 23},
-        {file("empty.pln", ""), 23},
-        {file("cut.pln", good.substr(0, good.find("<DestinationID>"))), 23},
-        {file("good.pln", good), 0},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(gSimPort.SimConnect_AISetAircraftFlightPlan(handle, id, row.path.string().c_str(), 110), 0);
-        EXPECT_EQ(exceptionOf(answers()).dwException, row.exception) << row.path;
-    }
-    EXPECT_EQ(object(id).from, "EHAM");
-    EXPECT_EQ(object(id).to, "EGLL");
-}
 
 TEST_F(SandboxFiles, TheTraceTellsCallsEventsAndStatesInOrder) {
     start(gf_defaultScenario(), folder / "trace.jsonl");

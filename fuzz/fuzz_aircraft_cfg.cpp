@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "liveries/aircraft_cfg.h"
 #include "liveries/aircraft_cfg_file.h"
+#include "liveries/aircraft_cfg_type.h"
 #include "liveries/cfg_keys.h"
 #include "liveries/dbase.h"
 #include "liveries/dbase_reader.h"

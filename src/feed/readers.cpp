@@ -62,11 +62,14 @@ void gf_resetFeed() {
 }
 
 void gf_resetReaders() {
-    gf_resetFeed();
+    {
+        const std::lock_guard lock(gTrafficReader.callsignMutex);
+        static_cast<DecoderRun&>(gTrafficReader) = {};
+    }
     for (UdpReader* reader : {static_cast<UdpReader*>(&gTrafficReader), static_cast<UdpReader*>(&gQnhReader)}) {
         static_cast<ReaderRun&>(*reader) = {};
     }
-    static_cast<DecoderRun&>(gTrafficReader) = {};
+    gf_resetFeed();
 }
 
 void gf_setFeedPorts(u16 traffic, u16 weather) {

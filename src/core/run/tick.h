@@ -11,7 +11,7 @@ namespace hcr {
 extern i64 gLastTickUs;                        ///< steady time of the last tick, 0 before the first
 extern u32 gSeconds;                           ///< seconds since the worker loop began, wraps to 0 at 86400
 extern bool gFlightStopped;                    ///< the flight is not running now
-extern i32 gNotRunningCycles;  ///< counts down a second of cycles without a running flight
+extern i32 gNotRunningCycles;                  ///< counts down a second of cycles without a running flight
 inline constexpr i32 kNotRunningCycles = 100;  ///< the second, in cycles
 extern bool gRenewPhase;  ///< a renewal of the static parking collects callsigns; it runs 15 seconds later
 
